@@ -1,0 +1,3 @@
+#include "model_KelAdmin.h"
+
+Model_KelAdmin::Model_KelAdmin() = default;

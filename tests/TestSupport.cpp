@@ -1,0 +1,118 @@
+#include "TestSupport.h"
+
+#include "KxErrorManager.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QPushButton>
+#include <QDir>
+#include <QFile>
+#include <QMutex>
+#include <QTimer>
+
+namespace kxtest {
+
+namespace {
+QStringList g_messages;
+QMutex g_mutex;
+
+void collect(QtMsgType, const QMessageLogContext &, const QString &message)
+{
+    QMutexLocker lock(&g_mutex);
+    g_messages.append(message);
+}
+} // namespace
+
+MessageCollector::MessageCollector()
+{
+    QMutexLocker lock(&g_mutex);
+    g_messages.clear();
+    previous = qInstallMessageHandler(collect);
+}
+
+MessageCollector::~MessageCollector()
+{
+    qInstallMessageHandler(previous);
+}
+
+QStringList MessageCollector::messages() const
+{
+    QMutexLocker lock(&g_mutex);
+    return g_messages;
+}
+
+bool MessageCollector::contains(const QString &line) const
+{
+    return messages().contains(line);
+}
+
+ModalPresser::ModalPresser(QList<QMessageBox::StandardButton> answers)
+    : answers(answers)
+    , timer(new QTimer)
+{
+    QObject::connect(timer, &QTimer::timeout, [this] { poll(); });
+    timer->start(20);
+}
+
+ModalPresser::~ModalPresser()
+{
+    timer->stop();
+    delete timer;
+}
+
+void ModalPresser::poll()
+{
+    auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    if (!box || answers.isEmpty())
+        return;
+    Seen s;
+    s.text = box->text();
+    s.informativeText = box->informativeText();
+    s.title = box->windowTitle();
+    s.icon = box->icon();
+    s.buttons = box->standardButtons();
+    s.defaultButton = box->defaultButton() ? box->standardButton(box->defaultButton()) : QMessageBox::NoButton;
+    s.richText = box->textFormat() == Qt::RichText;
+    s.minimumSize = box->minimumSize();
+    seenDialogs.append(s);
+    QAbstractButton *button = box->button(answers.takeFirst());
+    if (button)
+        button->click();
+    else
+        box->reject();
+}
+
+QString dataPath(const QString &name)
+{
+    return QDir(QStringLiteral(KX_TEST_DATA_DIR)).filePath(name);
+}
+
+QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes)
+{
+    const QString path = dir.filePath(name);
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly)) {
+        f.write(bytes);
+        f.close();
+    }
+    return path;
+}
+
+bool catchKxError(const std::function<void()> &f, int *number, QString *message, QString *text)
+{
+    try {
+        f();
+    } catch (KxErrorManager *e) {
+        if (number)
+            *number = e->getErrorNumber();
+        if (message)
+            *message = e->getErrorMessage();
+        if (text)
+            *text = e->getMessageText();
+        delete e;
+        return true;
+    }
+    return false;
+}
+
+} // namespace kxtest
