@@ -11,6 +11,7 @@
 #include "DataImport.h"
 #include "KxSourceField.h"
 #include "LoaderManager.h"
+#include "CSProDictionary.h"
 
 //! Marker class of the library.
 class MODEL_KELADMIN_EXPORT Model_KelAdmin
