@@ -11,6 +11,10 @@
 #include "DataImport.h"
 #include "KxSourceField.h"
 #include "LoaderManager.h"
+#include "UtilFiles.h"
+#include "KxLookup.h"
+#include "KxEntity.h"
+#include "ConfigModel.h"
 #include "CSProDictionary.h"
 
 //! Marker class of the library.
