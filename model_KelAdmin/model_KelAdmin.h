@@ -16,6 +16,7 @@
 #include "KxEntity.h"
 #include "ConfigModel.h"
 #include "CSProDictionary.h"
+#include "CSPro.h"
 
 //! Marker class of the library.
 class MODEL_KELADMIN_EXPORT Model_KelAdmin

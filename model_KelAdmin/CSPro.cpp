@@ -1,0 +1,500 @@
+#include "CSPro.h"
+
+#include "KxConstants.h"
+#include "KxErrorManager.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QFile>
+#include <QTextStream>
+
+#include <limits>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+const QString COMMON_NAME = QStringLiteral("Common");
+const QString COMMON_TYPE_VALUE = QStringLiteral("_COMMON_");
+const QString CMD_VERSION = QStringLiteral("Version");
+
+// Frees a value set that was not attached to any item, with its entries.
+void discardValueSet(TCSProValueSet *valueSet)
+{
+    qDeleteAll(*valueSet->items);
+    delete valueSet;
+}
+
+} // namespace
+
+TCSPro::TCSPro()
+    : commonRecord(new TCSProRecord)
+    , records(new QList<TCSProRecord *>)
+    , recordsByValue(new QMap<QString, TCSProRecord *>)
+    , items(new QList<TCSProItem *>)
+{
+    commonRecord->name = COMMON_NAME;
+    commonRecord->recordTypeValue = COMMON_TYPE_VALUE;
+    currentRecord = commonRecord;
+}
+
+TCSPro::~TCSPro()
+{
+    // Records, items and value sets stay alive: importers keep pointers to
+    // them. Only the dialog and the list containers go.
+    delete messageBox;
+    delete records;
+    delete recordsByValue;
+    delete items;
+}
+
+void TCSPro::loadFromFile(QString path)
+{
+    QStringList lines;
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        // QTextStream drops a byte-order mark; text mode folds CRLF to LF.
+        QTextStream in(&file);
+        while (!in.atEnd())
+            lines.append(in.readLine());
+    }
+    loadFromStr(&lines);
+}
+
+void TCSPro::loadFromStr(QStringList *lines)
+{
+    if (!lines)
+        return;
+    int i = 0;
+    try {
+        for (i = 0; i < lines->size(); ++i) {
+            const QString line = lines->at(i).trimmed();
+            if (line.isEmpty() || line.at(0) != QLatin1Char('['))
+                continue;
+            switch (getItemType(line)) {
+            case 1:
+                processDictionary(lines, i);
+                break;
+            case 2:
+                processRecord(lines, i);
+                break;
+            case 3:
+                processItem(lines, i);
+                break;
+            case 4:
+                processValueSet(lines, i);
+                break;
+            default:
+                break;
+            }
+        }
+    } catch (KxErrorManager *e) {
+        delete e;
+        throw new KxErrorManager(EM_CSPro, 242, QString(QChar(i)));
+    } catch (...) {
+        throw new KxErrorManager(EM_CSPro, 242, QString(QChar(i)));
+    }
+}
+
+void TCSPro::loadFromCSDB(QString)
+{
+    QStringList none;
+    loadFromStr(&none);
+}
+
+int TCSPro::getItemsCount()
+{
+    return items->size();
+}
+
+TCSProItem *TCSPro::getItem(int i)
+{
+    return items->at(i);
+}
+
+int TCSPro::getRecordsCount()
+{
+    recordsCount = records->size();
+    return recordsCount;
+}
+
+TCSProRecord *TCSPro::getRecord(int i)
+{
+    return records->at(i);
+}
+
+QList<TCSProItem *> *TCSPro::getItemsList()
+{
+    return items;
+}
+
+TCSProRecord *TCSPro::findRecordByValue(QString value)
+{
+    return recordsByValue->value(value, nullptr);
+}
+
+int TCSPro::getItemType(QString header)
+{
+    QString word = header.mid(1);
+    word = word.left(word.indexOf(QLatin1Char(']'))).toUpper();
+    if (word == TYPE_DICTIONARY)
+        return 1;
+    if (word == TYPE_RECORD)
+        return 2;
+    if (word == TYPE_ITEM)
+        return 3;
+    if (word == TYPE_VALUESET)
+        return 4;
+    return 0;
+}
+
+QStringList *TCSPro::getSection(QStringList *lines, int &index)
+{
+    auto *section = new QStringList;
+    int i = index + 1;
+    for (; i < lines->size(); ++i) {
+        const QString &raw = lines->at(i);
+        if (raw.startsWith(QLatin1Char('[')))
+            break;
+        const QString line = raw.trimmed();
+        if (!line.isEmpty())
+            section->append(line);
+    }
+    index = i - 1;
+    return section;
+}
+
+QString TCSPro::processLine(QStringList section, QString command, QString def)
+{
+    if (section.isEmpty())
+        return def;
+    for (const QString &line : section) {
+        if (!line.contains(command))
+            continue;
+        // Only the first line containing the command counts.
+        const QStringList parts = line.split(EQUALCHR, Qt::KeepEmptyParts);
+        return parts.size() == 2 ? parts.at(1) : def;
+    }
+    return def;
+}
+
+int TCSPro::processLineToInt(QStringList section, QString command, int def)
+{
+    if (section.isEmpty())
+        return def;
+    for (const QString &line : section) {
+        if (!line.contains(command))
+            continue;
+        const QStringList parts = line.split(EQUALCHR, Qt::KeepEmptyParts);
+        if (parts.size() != 2)
+            return def;
+        bool ok = false;
+        const int value = parts.at(1).toInt(&ok, 10);
+        return ok ? value : def;
+    }
+    return def;
+}
+
+void TCSPro::processDictionary(QStringList *lines, int &index)
+{
+    std::unique_ptr<QStringList> section(getSection(lines, index));
+    version = processLine(*section, CMD_VERSION, QString());
+    label = processLine(*section, CMD_LABEL, QString());
+    name = processLine(*section, CMD_NAME, QString());
+    recordTypeStart = processLineToInt(*section, CMD_RECTYPESTART, 1);
+    recordTypeLen = processLineToInt(*section, CMD_RECTYPELEN, 1);
+    positions = processLine(*section, CMD_POSITIONS, QString());
+    zeroFill = processLine(*section, CMD_ZEROFILL, QString());
+    decimalChar = processLine(*section, CMD_DECCHAR, QString());
+}
+
+void TCSPro::processRecord(QStringList *lines, int &index)
+{
+    std::unique_ptr<QStringList> section(getSection(lines, index));
+    auto *record = new TCSProRecord;
+    record->label = processLine(*section, CMD_LABEL, QString());
+    record->name = processLine(*section, CMD_NAME, QString());
+    record->recordTypeValue = processLine(*section, CMD_RECTYPEVALUE, QString());
+    record->required = processLine(*section, CMD_REQUIRED, QString());
+    record->maxRecords = processLineToInt(*section, CMD_MAXRECS, 100);
+    record->recordLen = processLineToInt(*section, CMD_RECLEN, 0);
+    // Strip the quotes of a value written as 'H', whatever the text is.
+    record->recordTypeValue.chop(1);
+    record->recordTypeValue.remove(0, 1);
+
+    records->append(record);
+    recordsByValue->insert(record->recordTypeValue, record);
+    currentRecord = record;
+}
+
+void TCSPro::processItem(QStringList *lines, int &index)
+{
+    std::unique_ptr<QStringList> section(getSection(lines, index));
+    std::unique_ptr<TCSProItem> item(new TCSProItem);
+    item->label = processLine(*section, CMD_LABEL, QString());
+    item->name = processLine(*section, CMD_NAME, QString());
+    item->start = processLineToInt(*section, CMD_START, 1);
+    item->len = processLineToInt(*section, CMD_LEN, 0);
+
+    lastItemNumeric = true;
+    const QString dataType = processLine(*section, CMD_DATATYPE, QString());
+    if (!dataType.isEmpty() && dataType.toUpper() == QLatin1String("ALPHA")) {
+        item->isAlpha = 1;
+        lastItemNumeric = false;
+    }
+    const QString itemType = processLine(*section, CMD_ITEMTYPE, QString());
+    if (!itemType.isEmpty() && itemType.toUpper() == QLatin1String("SUBITEM"))
+        item->isSubItem = 1;
+
+    item->occurrences = processLineToInt(*section, CMD_OCCURS, 1);
+    item->decimal = processLineToInt(*section, CMD_DECIMAL, 0);
+    if (processLine(*section, CMD_DECCHAR, QString()).toUpper() == AXYES)
+        item->decimalChar = true;
+    if (processLine(*section, CMD_ZEROFILL, QString()).toUpper() == AXYES)
+        item->zeroFill = true;
+
+    if (item->occurrences == 1) {
+        TCSProItem *stored = item.release();
+        stored->record = currentRecord;
+        currentRecord->addItem(stored);
+        items->append(stored);
+        currentItem = stored;
+        return;
+    }
+    if (item->occurrences <= 0)
+        return;
+
+    // Counts and positions come from the file: an occurrence count above
+    // what CSPro allows, or a last start outside int, is a corrupt item and
+    // fails the load (error 242) before anything of it is stored.
+    const int occurrences = item->occurrences;
+    if (occurrences > MaxOccurrences)
+        throw std::length_error("occurrence count out of range");
+    const qint64 lastStart = qint64(item->start) + qint64(occurrences - 1) * qint64(item->len);
+    if (lastStart > std::numeric_limits<int>::max() || lastStart < std::numeric_limits<int>::min())
+        throw std::overflow_error("occurrence start out of range");
+
+    item->index = items->size();
+    for (int k = 1; k <= occurrences; ++k) {
+        auto *copy = new TCSProItem;
+        copy->label = item->label;
+        // The occurrence number is appended as the character with that code.
+        copy->name = item->name + UNDERSCORE + QChar(k);
+        copy->start = int(qint64(item->start) + qint64(k - 1) * qint64(item->len));
+        copy->occurrences = 1;
+        copy->isAlpha = item->isAlpha;
+        copy->decimal = item->decimal;
+        copy->isSubItem = item->isSubItem;
+        copy->len = item->len;
+        copy->decimalChar = item->decimalChar;
+        copy->index = item->index;
+        copy->record = currentRecord;
+        items->append(copy);
+        currentItem = copy;
+    }
+}
+
+void TCSPro::processValueSet(QStringList *lines, int &index)
+{
+    std::unique_ptr<QStringList> section(getSection(lines, index));
+    auto *valueSet = new TCSProValueSet;
+    valueSet->label = processLine(*section, CMD_LABEL, QString());
+    valueSet->name = processLine(*section, CMD_NAME, QString());
+    valueSet->isNumeric = lastItemNumeric ? 1 : 0;
+
+    TValueSetItem *pending = nullptr;
+    auto closePending = [&]() {
+        if (!pending)
+            return;
+        if (pending->special) {
+            delete pending;
+        } else {
+            if (pending->code.contains(SPACECHR) && pending->code.contains(COLONCHR))
+                processOtherRanges(valueSet, pending);
+            valueSet->addItem(pending);
+        }
+        pending = nullptr;
+    };
+
+    for (const QString &raw : qAsConst(*section)) {
+        const QString line = raw.trimmed();
+        if (line.left(6).toUpper() == QLatin1String("VALUE=")) {
+            closePending();
+            pending = new TValueSetItem;
+            pending->special = false;
+            QString rest = line.mid(6);
+            int semicolon = rest.indexOf(SEMICOLONCHR);
+            const int colon = rest.indexOf(COLONCHR);
+            if (colon > 0 && (semicolon < 0 || colon < semicolon)) {
+                // A range: its low bound becomes an entry of its own, with the
+                // label of the line; the pending entry keeps the high bound.
+                const QString lowLabel = semicolon >= 0 ? rest.mid(semicolon + 1) : QString();
+                const QString low = rest.left(colon);
+                const QStringList pieces = low.contains(SPACECHR)
+                    ? low.split(SPACECHR, Qt::SkipEmptyParts)
+                    : QStringList{low};
+                for (const QString &piece : pieces) {
+                    auto *entry = new TValueSetItem;
+                    entry->code = piece;
+                    entry->name = lowLabel;
+                    valueSet->addItem(entry);
+                }
+                rest = rest.mid(colon + 1);
+                semicolon = rest.indexOf(SEMICOLONCHR);
+            }
+            pending->code = semicolon >= 0 ? rest.left(semicolon) : rest;
+            pending->name = semicolon >= 0 ? rest.mid(semicolon + 1) : QString();
+            // Only the opening apostrophe is removed; a closing one stays.
+            if (pending->code.startsWith(QLatin1Char('\'')))
+                pending->code.remove(0, 1);
+        } else if (pending && line.left(5).toUpper() == QLatin1String("NAME=")) {
+            const QString rest = line.mid(5);
+            const int comma = rest.indexOf(COMMACHR);
+            if (comma <= 0) {
+                pending->type = 0;
+                continue;
+            }
+            // The keyword loses its last character and the flag keeps the
+            // comma, so 'MISSING,Special' matches neither word.
+            const QString keyword = rest.left(comma - 1).toUpper();
+            const QString flag = rest.mid(comma).toUpper();
+            pending->special = (flag == QLatin1String("SPECIAL"));
+            if (keyword == QLatin1String("MISSING")) {
+                pending->type = 1;
+                pending->special = true;
+                if (currentItem)
+                    currentItem->missingCode = pending->code;
+            } else if (keyword == QLatin1String("NOTAPPL")) {
+                pending->type = 2;
+                pending->special = true;
+                if (currentItem)
+                    currentItem->notApplCode = pending->code;
+            } else {
+                pending->type = 0;
+            }
+        }
+    }
+    closePending();
+
+    if (!valueSet->validateItems(0)) {
+        showMessageBoxDecimal(tr("<b>A decimal number was found</b>"),
+                              tr("Would you like to convert it to an integer number?"), tr("Caution"),
+                              QMessageBox::Warning);
+        switch (decimalAnswer) {
+        case QMessageBox::Yes:
+            valueSet->itemsAsNumberZero();
+            break;
+        case QMessageBox::YesToAll:
+            decimalMode = 1;
+            valueSet->itemsAsNumberZero();
+            break;
+        case QMessageBox::NoToAll:
+            decimalMode = 2;
+            discardValueSet(valueSet);
+            return;
+        default:
+            discardValueSet(valueSet);
+            return;
+        }
+    }
+
+    if (!valueSet->validateItems(1) || !currentItem) {
+        discardValueSet(valueSet);
+        return;
+    }
+    valueSet->sortItems();
+
+    bool attached = false;
+    if (currentItem->index == 0) {
+        currentItem->addValueSet(valueSet);
+        attached = currentItem->valueSets->contains(valueSet);
+    } else {
+        // All occurrence copies of the item share the one value set.
+        for (int i = items->size() - 1; i >= 0; --i) {
+            TCSProItem *item = items->at(i);
+            if (item->index != currentItem->index)
+                break;
+            item->addValueSet(valueSet);
+            attached = attached || item->valueSets->contains(valueSet);
+        }
+    }
+    if (!attached)
+        discardValueSet(valueSet);
+}
+
+void TCSPro::processOtherRanges(TCSProValueSet *valueSet, TValueSetItem *item)
+{
+    qDebug() << "PROCESAR OTROS RANGOS";
+    QString text = item->code;
+    const int n = text.length();
+    for (int p = 0; p < n; ++p) {
+        // The character before each colon goes with it ('1:5 7:9' gives ' 5  9').
+        if (p < text.length() && text.at(p) == QLatin1Char(':'))
+            text = text.left(qMax(0, p - 1)) + SPACECHR + text.mid(p + 1);
+    }
+    text = text.trimmed();
+
+    auto append = [&](const QString &code) {
+        auto *entry = new TValueSetItem;
+        entry->code = code;
+        entry->name = item->name;
+        entry->type = 0;
+        entry->special = false;
+        valueSet->addItem(entry);
+    };
+    while (!text.isEmpty()) {
+        const int blank = text.indexOf(SPACECHR);
+        if (blank <= 0) {
+            // The last piece (no blank left) is appended once and ends the walk.
+            append(text);
+            break;
+        }
+        append(text.left(blank));
+        text = text.mid(blank).trimmed();
+    }
+}
+
+QMessageBox *TCSPro::getMessageBox()
+{
+    if (!messageBox) {
+        // Widgets need a QApplication; without one no dialog can be shown.
+        if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
+            return nullptr;
+        messageBox = new QMessageBox;
+    }
+    return messageBox;
+}
+
+int TCSPro::execMessageBox(const QString &text, const QString &informative, const QString &title,
+                           QMessageBox::Icon icon)
+{
+    QMessageBox *box = getMessageBox();
+    if (!box)
+        return QMessageBox::NoButton; // headless: the caller treats it as No
+    box->setTextFormat(Qt::RichText);
+    box->setMinimumSize(300, 200);
+    box->setText(text);
+    box->setInformativeText(informative);
+    box->setIcon(icon);
+    box->setWindowTitle(title);
+    box->setStandardButtons(QMessageBox::Yes | QMessageBox::YesToAll | QMessageBox::No | QMessageBox::NoToAll);
+    box->setDefaultButton(QMessageBox::No);
+    return box->exec();
+}
+
+int TCSPro::showMessageBox(QString text, QString informative, QString title, QMessageBox::Icon icon)
+{
+    return execMessageBox(text, informative, title, icon);
+}
+
+void TCSPro::showMessageBoxDecimal(QString text, QString informative, QString title, QMessageBox::Icon icon)
+{
+    if (decimalMode == 0 || decimalMode == 3)
+        decimalAnswer = execMessageBox(text, informative, title, icon);
+}
+
+void TCSPro::showMessageBoxUndefined(QString text, QString informative, QString title, QMessageBox::Icon icon)
+{
+    if (undefinedMode == 0 || undefinedMode == 3)
+        undefinedAnswer = execMessageBox(text, informative, title, icon);
+}
