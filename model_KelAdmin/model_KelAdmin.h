@@ -17,6 +17,9 @@
 #include "ConfigModel.h"
 #include "CSProDictionary.h"
 #include "CSPro.h"
+#include "CSProJson.h"
+#include "KxRecord.h"
+#include "KxDataProvider.h"
 
 //! Marker class of the library.
 class MODEL_KELADMIN_EXPORT Model_KelAdmin
