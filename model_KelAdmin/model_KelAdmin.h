@@ -18,8 +18,6 @@
 #include "CSProDictionary.h"
 #include "CSPro.h"
 #include "CSProJson.h"
-#include "KxRecord.h"
-#include "KxDataProvider.h"
 
 //! Marker class of the library.
 class MODEL_KELADMIN_EXPORT Model_KelAdmin
