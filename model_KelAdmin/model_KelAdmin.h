@@ -11,6 +11,8 @@
 #include "DataImport.h"
 #include "KxSourceField.h"
 #include "LoaderManager.h"
+#include "SPSSDataImport.h"
+#include "STATADataImport.h"
 #include "UtilFiles.h"
 #include "KxLookup.h"
 #include "KxEntity.h"
@@ -18,6 +20,8 @@
 #include "CSProDictionary.h"
 #include "CSPro.h"
 #include "CSProJson.h"
+#include "KxRecord.h"
+#include "KxDataProvider.h"
 
 //! Marker class of the library.
 class MODEL_KELADMIN_EXPORT Model_KelAdmin

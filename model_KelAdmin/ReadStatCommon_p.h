@@ -1,0 +1,109 @@
+#ifndef READSTATCOMMON_P_H
+#define READSTATCOMMON_P_H
+
+// Internal to the SPSS and Stata importers: the value-label store, the
+// value-label pass and the rules both importers share. Not part of the
+// public API and not included by the umbrella header.
+
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <readstat.h>
+
+class TGenericField;
+
+namespace kxreadstat {
+
+//! One value label of a label set, as read in the value-label pass.
+struct ValueLabelEntry
+{
+    // (-1.0, -1) marks an entry that holds no number.
+    double doubleValue = -1.0;
+    qint32 intValue = -1;
+    bool hasString = false;
+    QByteArray stringValue;
+    QByteArray label;
+};
+
+//! Label-set name → its entries in the order ReadStat delivered them.
+struct LabelSets
+{
+    QMap<QByteArray, QList<ValueLabelEntry>> sets;
+};
+
+enum class FileKind { Sav, Dta };
+
+//! How the text ReadStat hands over is turned into QString.
+enum class TextKind {
+    Ascii,  //!< plain ASCII; Qt reads it as Latin-1, so other bytes map one to one
+    Latin1,
+    Utf8    //!< ReadStat's own output encoding
+};
+
+/*! Adds one (label set, value, label) triple to \a sets. An unknown value
+ * type writes "<where>:<line> unsupported type!" to stderr and ends the
+ * process with status 1. Returns 0 (continue). */
+int collectValueLabel(LabelSets *sets, const char *labelSet, readstat_value_t value, const char *label,
+                      const char *where, int line);
+
+//! What differs between the importers when a variable is described.
+struct VariableRules
+{
+    //! SPSS: a float or double without decimals in its format is an integer.
+    bool realNeedsDecimals = false;
+    //! SPSS: the width is the second character of the format; Stata: the storage width.
+    bool widthFromFormat = false;
+    //! Stata: string variables get the bound texts too.
+    bool boundsForStrings = false;
+    //! SPSS: value-label entries of a variable without decimals become integers.
+    bool truncateWholeNumbers = false;
+    TextKind labelText = TextKind::Ascii;      //!< the variable's label
+    TextKind valueLabelText = TextKind::Utf8;  //!< the labels of its value labels
+};
+
+/*! Fills \a field from ReadStat's variable record: type, name, label, width,
+ * bound texts and the value labels of \a labelSet (when the set exists). */
+void describeVariable(TGenericField *field, const readstat_variable_t *variable, LabelSets *sets,
+                      const char *labelSet, const VariableRules &rules);
+
+//! What an importer holds between and after the passes.
+struct Dictionary
+{
+    QList<TGenericField *> variables;
+    //! Keyed by the address of ReadStat's name text; filled, never consulted.
+    QMap<const void *, TGenericField *> variablesByName;
+    LabelSets labelSets;
+    qint64 rowCount = 0;
+    qint64 variableCount = 0;
+
+    void addVariable(TGenericField *field, const readstat_variable_t *variable);
+    //! Keeps the first two members of the record: row count and variable count.
+    void copyMetadata(const readstat_metadata_t *metadata);
+    QStringList labelSetNames() const;
+};
+
+QString toText(const char *text, TextKind kind);
+//! Number of decimals of a format text (F8.2 → 2, %10.2f → 2, A20 → 0); 0 when absent.
+int formatDecimals(const char *format);
+//! The second character of a format text as one decimal digit; 0 when it is no digit.
+int formatWidthDigit(const char *format);
+//! The digit 9 repeated \a count times (clamped to 0 .. 65535).
+QString nines(qint64 count);
+
+/*! Runs one pass of ReadStat over \a path (local 8-bit encoding) with only the
+ * given handlers and frees the parser. SAV files are read through a handler
+ * that presents a neutral creation date, so headers written with a
+ * non-English month name are accepted. */
+readstat_error_t parsePass(FileKind kind, const QByteArray &path, readstat_value_label_handler valueLabels,
+                           readstat_variable_handler variables, void *importer);
+
+//! The two passes of a dictionary read; returns the result of the second.
+readstat_error_t parseDictionary(FileKind kind, const QString &path, readstat_value_label_handler valueLabels,
+                                 readstat_variable_handler variables, void *importer);
+
+} // namespace kxreadstat
+
+#endif // READSTATCOMMON_P_H

@@ -1,0 +1,182 @@
+#include "FixtureReadStat.h"
+
+#include "TestSupport.h"
+
+#include <QHash>
+#include <QTemporaryDir>
+
+#include <readstat.h>
+
+namespace kxtest {
+
+namespace {
+
+ssize_t appendBytes(const void *data, size_t len, void *ctx)
+{
+    static_cast<QByteArray *>(ctx)->append(static_cast<const char *>(data), static_cast<int>(len));
+    return static_cast<ssize_t>(len);
+}
+
+readstat_type_t toReadStat(ReadStatFile::Type type)
+{
+    return static_cast<readstat_type_t>(static_cast<int>(type));
+}
+
+const char *textOrNull(const QByteArray &text)
+{
+    return text.isEmpty() ? nullptr : text.constData();
+}
+
+readstat_error_t beginWriting(readstat_writer_t *writer, const ReadStatFile &file, QByteArray *out)
+{
+    switch (file.container) {
+    case ReadStatFile::Container::Sav:
+        return readstat_begin_writing_sav(writer, out, file.rows);
+    case ReadStatFile::Container::SavCompressed:
+        readstat_writer_set_compression(writer, READSTAT_COMPRESS_ROWS);
+        return readstat_begin_writing_sav(writer, out, file.rows);
+    case ReadStatFile::Container::Zsav:
+        readstat_writer_set_compression(writer, READSTAT_COMPRESS_BINARY);
+        return readstat_begin_writing_sav(writer, out, file.rows);
+    case ReadStatFile::Container::Dta:
+        readstat_writer_set_file_format_version(writer, static_cast<uint8_t>(file.dtaVersion));
+        return readstat_begin_writing_dta(writer, out, file.rows);
+    }
+    return READSTAT_ERROR_WRITER_NOT_INITIALIZED;
+}
+
+readstat_error_t writeRows(readstat_writer_t *writer, const QList<readstat_variable_t *> &variables,
+                           const ReadStatFile &file, readstat_string_ref_t *ref)
+{
+    readstat_error_t rc = READSTAT_OK;
+    for (int row = 0; row < file.rows && rc == READSTAT_OK; ++row) {
+        const QByteArray text = "r" + QByteArray::number(row);
+        if ((rc = readstat_begin_row(writer)) != READSTAT_OK)
+            break;
+        for (int i = 0; i < variables.size() && rc == READSTAT_OK; ++i) {
+            readstat_variable_t *v = variables.at(i);
+            switch (file.variables.at(i).type) {
+            case ReadStatFile::Type::String:
+                rc = readstat_insert_string_value(writer, v, text.constData());
+                break;
+            case ReadStatFile::Type::StringRef:
+                rc = readstat_insert_string_ref(writer, v, ref);
+                break;
+            case ReadStatFile::Type::Int8:
+                rc = readstat_insert_int8_value(writer, v, static_cast<int8_t>(row % 100));
+                break;
+            case ReadStatFile::Type::Int16:
+                rc = readstat_insert_int16_value(writer, v, static_cast<int16_t>(row));
+                break;
+            case ReadStatFile::Type::Int32:
+                rc = readstat_insert_int32_value(writer, v, row);
+                break;
+            case ReadStatFile::Type::Float:
+                rc = readstat_insert_float_value(writer, v, static_cast<float>(row));
+                break;
+            case ReadStatFile::Type::Double:
+                rc = readstat_insert_double_value(writer, v, row);
+                break;
+            }
+        }
+        if (rc == READSTAT_OK)
+            rc = readstat_end_row(writer);
+    }
+    return rc;
+}
+
+} // namespace
+
+ReadStatFile::Variable readStatVariable(const QByteArray &name, ReadStatFile::Type type, const QByteArray &format,
+                                        const QByteArray &label, const QByteArray &labelSet, int storageWidth)
+{
+    ReadStatFile::Variable v;
+    v.name = name;
+    v.type = type;
+    v.format = format;
+    v.label = label;
+    v.labelSet = labelSet;
+    v.storageWidth = storageWidth;
+    return v;
+}
+
+ReadStatFile::Label numericLabel(double number, const QByteArray &label)
+{
+    ReadStatFile::Label l;
+    l.number = number;
+    l.label = label;
+    return l;
+}
+
+ReadStatFile::Label stringLabel(const QByteArray &text, const QByteArray &label)
+{
+    ReadStatFile::Label l;
+    l.text = text;
+    l.label = label;
+    return l;
+}
+
+QByteArray readStatBytes(const ReadStatFile &file, QString *error)
+{
+    QByteArray out;
+    readstat_writer_t *writer = readstat_writer_init();
+    readstat_set_data_writer(writer, appendBytes);
+
+    QHash<QByteArray, readstat_label_set_t *> sets;
+    for (const ReadStatFile::LabelSet &set : file.labelSets) {
+        readstat_label_set_t *s = readstat_add_label_set(writer, toReadStat(set.type), set.name.constData());
+        for (const ReadStatFile::Label &l : set.labels) {
+            if (set.type == ReadStatFile::Type::String)
+                readstat_label_string_value(s, l.text.constData(), l.label.constData());
+            else if (set.type == ReadStatFile::Type::Double)
+                readstat_label_double_value(s, l.number, l.label.constData());
+            else
+                readstat_label_int32_value(s, static_cast<int32_t>(l.number), l.label.constData());
+        }
+        sets.insert(set.name, s);
+    }
+
+    QList<readstat_variable_t *> variables;
+    for (const ReadStatFile::Variable &var : file.variables) {
+        readstat_variable_t *v = readstat_add_variable(writer, var.name.constData(), toReadStat(var.type),
+                                                       static_cast<size_t>(qMax(0, var.storageWidth)));
+        if (!var.format.isEmpty())
+            readstat_variable_set_format(v, var.format.constData());
+        if (!var.label.isEmpty())
+            readstat_variable_set_label(v, textOrNull(var.label));
+        if (!var.labelSet.isEmpty() && sets.contains(var.labelSet))
+            readstat_variable_set_label_set(v, sets.value(var.labelSet));
+        variables.append(v);
+    }
+
+    // String references must exist before writing starts.
+    readstat_string_ref_t *ref = nullptr;
+    for (const ReadStatFile::Variable &var : file.variables) {
+        if (var.type == ReadStatFile::Type::StringRef && file.rows > 0 && !ref)
+            ref = readstat_add_string_ref(writer, "shared");
+    }
+
+    readstat_error_t rc = beginWriting(writer, file, &out);
+    if (rc == READSTAT_OK)
+        rc = writeRows(writer, variables, file, ref);
+    if (rc == READSTAT_OK)
+        rc = readstat_end_writing(writer);
+    readstat_writer_free(writer);
+
+    if (rc != READSTAT_OK) {
+        if (error)
+            *error = QString::fromUtf8(readstat_error_message(rc));
+        return QByteArray();
+    }
+    return out;
+}
+
+QString writeReadStatFile(const QTemporaryDir &dir, const QString &name, const ReadStatFile &file, QString *error)
+{
+    const QByteArray bytes = readStatBytes(file, error);
+    if (bytes.isEmpty())
+        return QString();
+    return writeFile(dir, name, bytes);
+}
+
+} // namespace kxtest

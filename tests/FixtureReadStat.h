@@ -1,0 +1,71 @@
+#ifndef FIXTUREREADSTAT_H
+#define FIXTUREREADSTAT_H
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+class QTemporaryDir;
+
+namespace kxtest {
+
+/*! \brief Description of an SPSS or Stata file written through ReadStat's
+ * writer: variables with formats, labels and value-label sets.
+ *
+ * Empty texts are left unset in the file (ReadStat then reports them as
+ * absent). Rows, when asked for, hold the row number in numeric variables
+ * and "r<row>" in string variables, so the file has a data section.
+ */
+struct ReadStatFile
+{
+    enum class Container { Sav, SavCompressed, Zsav, Dta };
+    //! Storage types, in the order of ReadStat's readstat_type_t.
+    enum class Type { String, Int8, Int16, Int32, Float, Double, StringRef };
+
+    struct Label
+    {
+        double number = 0;  //!< key of a numeric set
+        QByteArray text;    //!< key of a string set
+        QByteArray label;
+    };
+    struct LabelSet
+    {
+        QByteArray name;
+        //! Double (SAV numeric), Int32 (DTA numeric) or String (SAV only).
+        Type type = Type::Double;
+        QList<Label> labels;
+    };
+    struct Variable
+    {
+        QByteArray name;
+        Type type = Type::Double;
+        int storageWidth = 0; //!< bytes of a string variable
+        QByteArray format;
+        QByteArray label;
+        QByteArray labelSet;  //!< name of one of labelSets, or empty
+    };
+
+    Container container = Container::Sav;
+    int dtaVersion = 118; //!< 104 .. 119, used for Dta only
+    QList<LabelSet> labelSets;
+    QList<Variable> variables;
+    int rows = 0;
+};
+
+//! Shorthands for the common cases.
+ReadStatFile::Variable readStatVariable(const QByteArray &name, ReadStatFile::Type type,
+                                        const QByteArray &format = QByteArray(),
+                                        const QByteArray &label = QByteArray(),
+                                        const QByteArray &labelSet = QByteArray(), int storageWidth = 0);
+ReadStatFile::Label numericLabel(double number, const QByteArray &label);
+ReadStatFile::Label stringLabel(const QByteArray &text, const QByteArray &label);
+
+/*! The file's bytes; empty on failure, with ReadStat's message in \a error. */
+QByteArray readStatBytes(const ReadStatFile &file, QString *error = nullptr);
+/*! Writes the file as \a name into \a dir and returns its path; empty on failure. */
+QString writeReadStatFile(const QTemporaryDir &dir, const QString &name, const ReadStatFile &file,
+                          QString *error = nullptr);
+
+} // namespace kxtest
+
+#endif // FIXTUREREADSTAT_H
