@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDebug>
+#include <QEvent>
 #include <QFile>
 #include <QTextStream>
 
@@ -24,6 +25,36 @@ void discardValueSet(TCSProValueSet *valueSet)
     qDeleteAll(*valueSet->items);
     delete valueSet;
 }
+
+// QMessageBox fixes its own size to its contents whenever it is shown or
+// laid out again; this box puts the prompt's minimum size back afterwards.
+class PromptBox : public QMessageBox
+{
+public:
+    static constexpr int MinWidth = 300;
+    static constexpr int MinHeight = 200;
+
+protected:
+    void showEvent(QShowEvent *event) override
+    {
+        QMessageBox::showEvent(event);
+        keepMinimumSize();
+    }
+    bool event(QEvent *event) override
+    {
+        const bool result = QMessageBox::event(event);
+        if (event->type() == QEvent::LayoutRequest)
+            keepMinimumSize();
+        return result;
+    }
+
+private:
+    void keepMinimumSize()
+    {
+        setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+        setMinimumSize(MinWidth, MinHeight);
+    }
+};
 
 } // namespace
 
@@ -460,7 +491,7 @@ QMessageBox *TCSPro::getMessageBox()
         // Widgets need a QApplication; without one no dialog can be shown.
         if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
             return nullptr;
-        messageBox = new QMessageBox;
+        messageBox = new PromptBox;
     }
     return messageBox;
 }
@@ -472,7 +503,7 @@ int TCSPro::execMessageBox(const QString &text, const QString &informative, cons
     if (!box)
         return QMessageBox::NoButton; // headless: the caller treats it as No
     box->setTextFormat(Qt::RichText);
-    box->setMinimumSize(300, 200);
+    box->setMinimumSize(PromptBox::MinWidth, PromptBox::MinHeight);
     box->setText(text);
     box->setInformativeText(informative);
     box->setIcon(icon);

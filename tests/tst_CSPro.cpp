@@ -1,0 +1,1041 @@
+#include "model_KelAdmin.h"
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+namespace {
+
+QStringList L(std::initializer_list<const char *> lines)
+{
+    QStringList out;
+    for (const char *line : lines)
+        out << QString::fromUtf8(line);
+    return out;
+}
+
+QString occ(const char *name, int k)
+{
+    return QString::fromUtf8(name) + QStringLiteral("_") + QChar(k);
+}
+
+QStringList codesOf(TCSProItem *item)
+{
+    QStringList codes;
+    if (!item->getHasValueSet())
+        return codes;
+    TCSProValueSet *set = item->getValueSet(0);
+    for (int i = 0; i < set->getCount(); ++i)
+        codes << set->getValueSetItem(i)->code;
+    return codes;
+}
+
+QStringList entriesOf(TCSProItem *item)
+{
+    QStringList entries;
+    if (!item->getHasValueSet())
+        return entries;
+    TCSProValueSet *set = item->getValueSet(0);
+    for (int i = 0; i < set->getCount(); ++i) {
+        TValueSetItem *e = set->getValueSetItem(i);
+        entries << e->code + QStringLiteral("=") + e->name + QStringLiteral("/") + QString::number(e->type)
+                + (e->special ? QStringLiteral("/S") : QString());
+    }
+    return entries;
+}
+
+// A readable dump of everything the reader stores, to compare two loads.
+QStringList dump(TCSPro &d)
+{
+    QStringList out;
+    out << QStringLiteral("dict %1|%2|%3|%4|%5|%6|%7|%8")
+               .arg(d.version, d.label, d.name)
+               .arg(d.recordTypeStart)
+               .arg(d.recordTypeLen)
+               .arg(d.positions, d.zeroFill, d.decimalChar);
+    for (int i = 0; i < d.getRecordsCount(); ++i) {
+        TCSProRecord *r = d.getRecord(i);
+        out << QStringLiteral("record %1|%2|%3|%4|%5|%6")
+                   .arg(r->name, r->label, r->recordTypeValue, r->required)
+                   .arg(r->maxRecords)
+                   .arg(r->recordLen);
+    }
+    for (int i = 0; i < d.getItemsCount(); ++i) {
+        TCSProItem *it = d.getItem(i);
+        out << QStringLiteral("item %1|%2|%3|%4|%5|%6|%7|%8|%9")
+                   .arg(it->name, it->label)
+                   .arg(it->start)
+                   .arg(it->len)
+                   .arg(it->isAlpha)
+                   .arg(it->isSubItem)
+                   .arg(it->decimal)
+                   .arg(it->record ? it->record->name : QStringLiteral("-"))
+                   .arg(entriesOf(it).join(QStringLiteral(",")));
+    }
+    return out;
+}
+
+// Tests that read decimal codes without a dialog remember 'No to All'.
+void neverPrompt(TCSPro &d)
+{
+    d.setDecimalMode(2);
+    d.setDecimalAnswer(QMessageBox::NoToAll);
+}
+
+struct Expected
+{
+    const char *name;
+    int start;
+    int len;
+    int isAlpha;
+    int isSubItem;
+    int decimal;
+    bool decimalChar;
+    bool zeroFill;
+    int index;
+    const char *record;
+};
+
+} // namespace
+
+// ------------------------------------------------------------- construction
+
+TEST(CSPro, ConstructionCreatesNoDialogAndAnEmptyModel)
+{
+    TCSPro d;
+    EXPECT_EQ(d.messageBox, nullptr);
+    EXPECT_EQ(d.getItemsCount(), 0);
+    EXPECT_EQ(d.getRecordsCount(), 0);
+    EXPECT_EQ(d.recordTypeStart, 0);
+    EXPECT_EQ(d.recordTypeLen, 0);
+    EXPECT_EQ(d.decimalMode, 0);
+    EXPECT_EQ(d.undefinedMode, 0);
+    ASSERT_NE(d.commonRecord, nullptr);
+    EXPECT_EQ(d.commonRecord->name, QStringLiteral("Common"));
+    EXPECT_EQ(d.commonRecord->recordTypeValue, QStringLiteral("_COMMON_"));
+    EXPECT_EQ(d.currentRecord, d.commonRecord);
+    EXPECT_EQ(d.currentItem, nullptr);
+    EXPECT_EQ(d.getItemsList(), d.items);
+}
+
+TEST(CSPro, UnreadableFileGivesEmptyDictionaryWithoutError)
+{
+    TCSPro d;
+    EXPECT_FALSE(kxtest::catchKxError([&] { d.loadFromFile(QStringLiteral("/nonexistent/dir/x.dcf")); }));
+    EXPECT_EQ(d.getItemsCount(), 0);
+    EXPECT_EQ(d.getRecordsCount(), 0);
+    EXPECT_EQ(d.recordTypeLen, 0);
+}
+
+TEST(CSPro, LoadFromCSDBChangesNothing)
+{
+    TCSPro d;
+    d.loadFromCSDB(kxtest::dataPath(QStringLiteral("census.dcf")));
+    EXPECT_EQ(d.getItemsCount(), 0);
+    EXPECT_EQ(d.version, QString());
+}
+
+// ---------------------------------------------------------- section handling
+
+TEST(CSPro, ItemTypeOfHeadersIsCaseInsensitive)
+{
+    TCSPro d;
+    EXPECT_EQ(d.getItemType(QStringLiteral("[Dictionary]")), 1);
+    EXPECT_EQ(d.getItemType(QStringLiteral("[record]")), 2);
+    EXPECT_EQ(d.getItemType(QStringLiteral("[item]")), 3);
+    EXPECT_EQ(d.getItemType(QStringLiteral("[VALUESET]")), 4);
+    EXPECT_EQ(d.getItemType(QStringLiteral("[Level]")), 0);
+    EXPECT_EQ(d.getItemType(QStringLiteral("[IdItems]")), 0);
+    EXPECT_EQ(d.getItemType(QStringLiteral("[Relation]")), 0);
+    EXPECT_EQ(d.getItemType(QStringLiteral("[Item")), 3); // no ']': the whole rest
+    EXPECT_EQ(d.getItemType(QStringLiteral("[")), 0);
+}
+
+TEST(CSPro, LowerCaseItemHeaderIsReadAsItem)
+{
+    TCSPro d;
+    QStringList lines = L({"[item]", "Name=AGE", "Len=3"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 1);
+    EXPECT_EQ(d.getItem(0)->name, QStringLiteral("AGE"));
+    EXPECT_EQ(d.getItem(0)->len, 3);
+}
+
+TEST(CSPro, LevelIdItemsAndRelationSectionsAreSkippedButLaterItemsRead)
+{
+    TCSPro d;
+    QStringList lines = L({"[Level]", "Name=HOUSEHOLD", "Label=Household", "[IdItems]", "", "[Item]", "Name=PROV",
+                           "Start=2", "Len=2", "[Relation]", "Name=REL", "Start=9", "[Item]", "Name=DIST",
+                           "Start=4"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 2);
+    EXPECT_EQ(d.getItem(0)->name, QStringLiteral("PROV"));
+    EXPECT_EQ(d.getItem(0)->start, 2);
+    EXPECT_EQ(d.getItem(1)->name, QStringLiteral("DIST"));
+    EXPECT_EQ(d.getItem(1)->start, 4);
+    EXPECT_EQ(d.name, QString());
+}
+
+TEST(CSPro, GetSectionKeepsTrimmedLinesAndStopsBeforeTheNextHeader)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "  Name=A  ", "", "   ", "Len=2", "[Item]", "Name=B"});
+    int index = 0;
+    QStringList *section = d.getSection(&lines, index);
+    EXPECT_EQ(*section, L({"Name=A", "Len=2"}));
+    EXPECT_EQ(index, 4);
+    delete section;
+    index = 5;
+    section = d.getSection(&lines, index);
+    EXPECT_EQ(*section, L({"Name=B"}));
+    EXPECT_EQ(index, 6);
+    delete section;
+}
+
+TEST(CSPro, GetSectionStopsOnlyAtAnUnindentedBracket)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=A", "  [Item]", "Name=B"});
+    int index = 0;
+    QStringList *section = d.getSection(&lines, index);
+    EXPECT_EQ(*section, L({"Name=A", "[Item]", "Name=B"}));
+    EXPECT_EQ(index, 3);
+    delete section;
+}
+
+// ------------------------------------------------------------- processLine
+
+TEST(CSPro, ProcessLineMatchesTheCommandAnywhereInTheLine)
+{
+    TCSPro d;
+    EXPECT_EQ(d.processLine(L({"RecordTypeStart=5"}), QStringLiteral("Start"), QStringLiteral("d")),
+              QStringLiteral("5"));
+    EXPECT_EQ(d.processLineToInt(L({"Label=Age", "XStartY=7"}), QStringLiteral("Start"), 1), 7);
+}
+
+TEST(CSPro, ProcessLineIsCaseSensitive)
+{
+    TCSPro d;
+    EXPECT_EQ(d.processLine(L({"name=AGE"}), QStringLiteral("Name"), QStringLiteral("d")), QStringLiteral("d"));
+}
+
+TEST(CSPro, ProcessLineReturnsTheValueUntrimmed)
+{
+    TCSPro d;
+    EXPECT_EQ(d.processLine(L({"Name= AGE "}), QStringLiteral("Name"), QString()), QStringLiteral(" AGE "));
+    EXPECT_EQ(d.processLine(L({"Name="}), QStringLiteral("Name"), QStringLiteral("d")), QString());
+}
+
+TEST(CSPro, ProcessLineDefaultsForEmptySectionAndMissingCommand)
+{
+    TCSPro d;
+    EXPECT_EQ(d.processLine(QStringList(), QStringLiteral("Name"), QStringLiteral("d")), QStringLiteral("d"));
+    EXPECT_EQ(d.processLine(L({"Len=2"}), QStringLiteral("Name"), QStringLiteral("d")), QStringLiteral("d"));
+    EXPECT_EQ(d.processLineToInt(QStringList(), QStringLiteral("Len"), 42), 42);
+}
+
+TEST(CSPro, LineWithTwoEqualSignsGivesTheDefault)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Label=a=b", "Name=X"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 1);
+    EXPECT_EQ(d.getItem(0)->label, QString());
+    EXPECT_EQ(d.processLine(L({"Label=a=b"}), QStringLiteral("Label"), QStringLiteral("d")), QStringLiteral("d"));
+}
+
+TEST(CSPro, OnlyTheFirstMatchingLineCountsEvenWhenItHasNoValue)
+{
+    TCSPro d;
+    EXPECT_EQ(d.processLine(L({"Name=a=b", "Name=GOOD"}), QStringLiteral("Name"), QStringLiteral("d")),
+              QStringLiteral("d"));
+}
+
+TEST(CSPro, LabelContainingLenShadowsTheLength)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Label=Length of stay", "Name=STAY", "Start=5", "Len=3"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 1);
+    EXPECT_EQ(d.getItem(0)->label, QStringLiteral("Length of stay"));
+    EXPECT_EQ(d.getItem(0)->len, 0);
+    EXPECT_EQ(d.getItem(0)->start, 5);
+}
+
+TEST(CSPro, NonNumericIntCommandGivesTheDefault)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=X", "Start=abc", "Len=x", "Occurrences=two", "Decimal=1.5"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 1);
+    EXPECT_EQ(d.getItem(0)->start, 1);
+    EXPECT_EQ(d.getItem(0)->len, 0);
+    EXPECT_EQ(d.getItem(0)->occurrences, 1);
+    EXPECT_EQ(d.getItem(0)->decimal, 0);
+}
+
+// -------------------------------------------------------------- [Dictionary]
+
+TEST(CSPro, DictionaryWithoutRecordTypeKeysGetsStartAndLenOne)
+{
+    TCSPro d;
+    QStringList lines = L({"[Dictionary]", "Version=CSPro 7.7", "Label=Survey", "Name=SURVEY_DICT"});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(d.recordTypeLen, 1);
+    EXPECT_EQ(d.recordTypeStart, 1);
+    EXPECT_EQ(d.version, QStringLiteral("CSPro 7.7"));
+    EXPECT_EQ(d.label, QStringLiteral("Survey"));
+    EXPECT_EQ(d.name, QStringLiteral("SURVEY_DICT"));
+}
+
+TEST(CSPro, DictionaryKeepsPositionsZeroFillAndDecimalCharAsRawText)
+{
+    TCSPro d;
+    QStringList lines = L({"[Dictionary]", "RecordTypeStart=3", "RecordTypeLen=2", "Positions=Relative",
+                           "ZeroFill=yes", "DecimalChar=No"});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(d.recordTypeStart, 3);
+    EXPECT_EQ(d.recordTypeLen, 2);
+    EXPECT_EQ(d.positions, QStringLiteral("Relative"));
+    EXPECT_EQ(d.zeroFill, QStringLiteral("yes"));
+    EXPECT_EQ(d.decimalChar, QStringLiteral("No"));
+}
+
+// ------------------------------------------------------------------ [Record]
+
+TEST(CSPro, RecordTypeValueLosesItsQuotesAndIsFoundByValue)
+{
+    TCSPro d;
+    QStringList lines = L({"[Record]", "Label=Housing", "Name=HOUSING", "RecordTypeValue='H'", "Required=Yes",
+                           "MaxRecords=1", "RecordLen=80"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getRecordsCount(), 1);
+    TCSProRecord *r = d.getRecord(0);
+    EXPECT_EQ(r->recordTypeValue, QStringLiteral("H"));
+    EXPECT_EQ(d.findRecordByValue(QStringLiteral("H")), r);
+    EXPECT_EQ(d.findRecordByValue(QStringLiteral("'H'")), nullptr);
+    EXPECT_EQ(d.findRecordByValue(QStringLiteral("X")), nullptr);
+    EXPECT_EQ(r->required, QStringLiteral("Yes"));
+    EXPECT_EQ(r->maxRecords, 1);
+    EXPECT_EQ(r->recordLen, 80);
+    EXPECT_EQ(d.currentRecord, r);
+    EXPECT_EQ(d.recordsCount, 1);
+}
+
+TEST(CSPro, RecordDefaultsAndUnquotedValueLosesItsEnds)
+{
+    TCSPro d;
+    QStringList lines = L({"[Record]", "Name=A", "RecordTypeValue=ABC", "[Record]", "Name=B", "RecordTypeValue=H",
+                           "[Record]", "Name=C"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getRecordsCount(), 3);
+    EXPECT_EQ(d.getRecord(0)->recordTypeValue, QStringLiteral("B"));
+    EXPECT_EQ(d.getRecord(0)->maxRecords, 100);
+    EXPECT_EQ(d.getRecord(0)->recordLen, 0);
+    EXPECT_EQ(d.getRecord(1)->recordTypeValue, QString());
+    EXPECT_EQ(d.getRecord(2)->recordTypeValue, QString());
+}
+
+TEST(CSPro, LaterRecordWithSameValueReplacesEarlierInMapOnly)
+{
+    TCSPro d;
+    QStringList lines = L({"[Record]", "Name=FIRST", "RecordTypeValue='P'", "[Record]", "Name=SECOND",
+                           "RecordTypeValue='P'"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getRecordsCount(), 2);
+    EXPECT_EQ(d.findRecordByValue(QStringLiteral("P"))->name, QStringLiteral("SECOND"));
+    EXPECT_EQ(d.getRecord(0)->name, QStringLiteral("FIRST"));
+}
+
+TEST(CSPro, ItemBeforeAnyRecordBelongsToCommonRecord)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=PROVINCE", "[Record]", "Name=PERSON", "RecordTypeValue='P'", "[Item]",
+                           "Name=AGE"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 2);
+    TCSProRecord *common = d.getItem(0)->record;
+    ASSERT_NE(common, nullptr);
+    EXPECT_EQ(common->name, QStringLiteral("Common"));
+    EXPECT_EQ(common->recordTypeValue, QStringLiteral("_COMMON_"));
+    EXPECT_EQ(d.getItem(1)->record->name, QStringLiteral("PERSON"));
+    EXPECT_EQ(d.getRecordsCount(), 1); // the common record is not listed
+}
+
+// -------------------------------------------------------------------- [Item]
+
+TEST(CSPro, ItemFlagsFromDataTypeItemTypeDecimalCharAndZeroFill)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=A", "DataType=alpha", "ItemType=subitem", "Decimal=2",
+                           "DecimalChar=yes", "ZeroFill=Yes", "[Item]", "Name=B", "DataType=Numeric",
+                           "DecimalChar=No"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 2);
+    TCSProItem *a = d.getItem(0);
+    EXPECT_EQ(a->isAlpha, 1);
+    EXPECT_EQ(a->isSubItem, 1);
+    EXPECT_EQ(a->decimal, 2);
+    EXPECT_TRUE(a->decimalChar);
+    EXPECT_TRUE(a->zeroFill);
+    TCSProItem *b = d.getItem(1);
+    EXPECT_EQ(b->isAlpha, 0);
+    EXPECT_FALSE(b->decimalChar);
+    EXPECT_FALSE(b->zeroFill);
+    EXPECT_TRUE(d.lastItemNumeric);
+    EXPECT_EQ(d.currentItem, b);
+}
+
+TEST(CSPro, OccurrencesExpandIntoCopiesNamedWithCharacterCodes)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=FIRST", "[Item]", "Label=Child age", "Name=X", "Start=10", "Len=2",
+                           "Occurrences=3", "Decimal=1", "ZeroFill=Yes", "DecimalChar=Yes", "ItemType=SubItem",
+                           "DataType=Alpha"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 4);
+    for (int k = 1; k <= 3; ++k) {
+        TCSProItem *it = d.getItem(k);
+        EXPECT_EQ(it->name, occ("X", k));
+        EXPECT_EQ(it->name.size(), 3);
+        EXPECT_EQ(it->name.at(2).unicode(), k);
+        EXPECT_EQ(it->start, 10 + (k - 1) * 2);
+        EXPECT_EQ(it->len, 2);
+        EXPECT_EQ(it->occurrences, 1);
+        EXPECT_EQ(it->label, QStringLiteral("Child age"));
+        EXPECT_EQ(it->decimal, 1);
+        EXPECT_TRUE(it->decimalChar);
+        EXPECT_EQ(it->isAlpha, 1);
+        EXPECT_EQ(it->isSubItem, 1);
+        EXPECT_FALSE(it->zeroFill); // not copied
+        EXPECT_EQ(it->index, 1);    // the item list held one item before
+        EXPECT_EQ(it->record, d.commonRecord);
+    }
+    EXPECT_EQ(d.currentItem, d.getItem(3));
+}
+
+TEST(CSPro, ZeroOrNegativeOccurrencesStoreNothing)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=A", "[Item]", "Name=Z", "Occurrences=0", "[Item]", "Name=N",
+                           "Occurrences=-2"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 1);
+    EXPECT_EQ(d.getItem(0)->name, QStringLiteral("A"));
+    EXPECT_EQ(d.currentItem, d.getItem(0));
+}
+
+TEST(CSPro, HugeOccurrenceCountFailsWithError242AtTheSectionEnd)
+{
+    TCSPro d;
+    // Line 6 is the last line of the item section, so the error names line 6.
+    QStringList lines = L({"[Item]", "Name=A", "[Item]", "Name=BIG", "Len=1", "Occurrences=2000000000",
+                           "Start=1"});
+    int number = 0;
+    QString text;
+    EXPECT_TRUE(kxtest::catchKxError([&] { d.loadFromStr(&lines); }, &number, nullptr, &text));
+    EXPECT_EQ(number, 242);
+    EXPECT_EQ(text, QString(QChar(6)));
+    ASSERT_EQ(d.getItemsCount(), 1); // what was read before stays
+    EXPECT_EQ(d.getItem(0)->name, QStringLiteral("A"));
+}
+
+TEST(CSPro, OccurrenceStartsBeyondIntFailWithError242)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=W", "Start=2147483000", "Len=1000", "Occurrences=5"});
+    int number = 0;
+    EXPECT_TRUE(kxtest::catchKxError([&] { d.loadFromStr(&lines); }, &number));
+    EXPECT_EQ(number, 242);
+    EXPECT_EQ(d.getItemsCount(), 0);
+}
+
+TEST(CSPro, MaximumOccurrenceCountIsExpanded)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=M", "Len=1", "Occurrences=9999"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 9999);
+    EXPECT_EQ(d.getItem(9998)->start, 9999);
+}
+
+// ---------------------------------------------------------------- [ValueSet]
+
+TEST(CSPro, ValueLinesMakeEntriesSortedNumerically)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=SEX", "Len=1", "[ValueSet]", "Label=Sex", "Name=SEX_VS1",
+                           "Value=2;Female", "Value=1;Male"});
+    d.loadFromStr(&lines);
+    TCSProItem *sex = d.getItem(0);
+    ASSERT_TRUE(sex->getHasValueSet());
+    EXPECT_EQ(entriesOf(sex), L({"1=Male/0", "2=Female/0"}));
+    EXPECT_EQ(sex->getValueSet(0)->label, QStringLiteral("Sex"));
+    EXPECT_EQ(sex->getValueSet(0)->name, QStringLiteral("SEX_VS1"));
+    EXPECT_EQ(sex->getValueSet(0)->isNumeric, 1);
+}
+
+TEST(CSPro, RangeIsStoredAsItsTwoBoundCodes)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=AGE", "Len=2", "[ValueSet]", "Name=AGE_VS1", "Value=1:5;Young",
+                           "Value=6:10"});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(entriesOf(d.getItem(0)), L({"1=Young/0", "5=Young/0", "6=/0", "10=/0"}));
+}
+
+TEST(CSPro, LowBoundWithSeveralCodesGivesOneEntryPerCode)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=C", "DataType=Alpha", "[ValueSet]", "Value=A B:E;Letters"});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(entriesOf(d.getItem(0)), L({"A=Letters/0", "B=Letters/0", "E=Letters/0"}));
+}
+
+TEST(CSPro, ColonAfterTheSemicolonIsPartOfTheLabel)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=T", "Len=1", "[ValueSet]", "Value=1;Time: morning"});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(entriesOf(d.getItem(0)), L({"1=Time: morning/0"}));
+}
+
+TEST(CSPro, OpeningApostropheIsRemovedAndClosingOneStays)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=CODE", "DataType=Alpha", "[ValueSet]", "Value='A';Alpha",
+                           "Value=B;Bravo"});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(entriesOf(d.getItem(0)), L({"A'=Alpha/0", "B=Bravo/0"}));
+}
+
+TEST(CSPro, UsualSpecialValueFormLeavesTheEntryOrdinary)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=AGE", "Len=3", "[ValueSet]", "Name=AGE_VS1", "Value=0:98",
+                           "Value=999;Not reported", "Name=MISSING,Special", "Value=998;Not applicable",
+                           "Name=NOTAPPL,Special"});
+    d.loadFromStr(&lines);
+    TCSProItem *age = d.getItem(0);
+    EXPECT_EQ(entriesOf(age), L({"0=/0", "98=/0", "998=Not applicable/0", "999=Not reported/0"}));
+    EXPECT_EQ(age->missingCode, QString());
+    EXPECT_EQ(age->notApplCode, QString());
+}
+
+TEST(CSPro, KeywordOneCharacterLongerMarksMissingAndNotAppl)
+{
+    // The keyword is compared without its last character.
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=AGE", "Len=3", "[ValueSet]", "Name=AGE_VS1", "Value=1;One",
+                           "Value=999;Not reported", "Name=MISSING ,Special", "Value=998;Not applicable",
+                           "Name=notapplx,whatever", "Value=2;Two", "Name=NOCOMMA", "Value=3;Three",
+                           "Name=,MISSING"});
+    d.loadFromStr(&lines);
+    TCSProItem *age = d.getItem(0);
+    EXPECT_EQ(age->missingCode, QStringLiteral("999"));
+    EXPECT_EQ(age->notApplCode, QStringLiteral("998"));
+    // Special entries are not kept in the value set.
+    EXPECT_EQ(entriesOf(age), L({"1=One/0", "2=Two/0", "3=Three/0"}));
+}
+
+TEST(CSPro, NameLineOfTheValueSetItselfDoesNotTouchEntries)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=X", "Len=1", "[ValueSet]", "Name=MISSING ,Special", "Value=1;One"});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(entriesOf(d.getItem(0)), L({"1=One/0"}));
+    EXPECT_EQ(d.getItem(0)->missingCode, QString());
+}
+
+TEST(CSPro, ProcessOtherRangesLosesTheCharacterBeforeEachColon)
+{
+    TCSPro d;
+    TCSProValueSet set;
+    set.isNumeric = 0;
+    TValueSetItem entry;
+    entry.code = QStringLiteral("1:5 7:9");
+    entry.name = QStringLiteral("Ranges");
+    kxtest::MessageCollector log;
+    d.processOtherRanges(&set, &entry);
+    EXPECT_TRUE(log.contains(QStringLiteral("PROCESAR OTROS RANGOS")));
+    ASSERT_EQ(set.getCount(), 2); // ' 5  9'
+    EXPECT_EQ(set.getValueSetItem(0)->code, QStringLiteral("5"));
+    EXPECT_EQ(set.getValueSetItem(1)->code, QStringLiteral("9"));
+    EXPECT_EQ(set.getValueSetItem(0)->name, QStringLiteral("Ranges"));
+    EXPECT_EQ(set.getValueSetItem(1)->type, 0);
+    EXPECT_FALSE(set.getValueSetItem(1)->special);
+    EXPECT_EQ(entry.code, QStringLiteral("1:5 7:9")); // the entry itself is unchanged
+    qDeleteAll(*set.items);
+}
+
+TEST(CSPro, ProcessOtherRangesAppendsTheLastPieceOnce)
+{
+    TCSPro d;
+    TCSProValueSet set;
+    TValueSetItem entry;
+    entry.code = QStringLiteral("12 34 56");
+    d.processOtherRanges(&set, &entry);
+    ASSERT_EQ(set.getCount(), 3);
+    EXPECT_EQ(set.getValueSetItem(2)->code, QStringLiteral("56"));
+    qDeleteAll(*set.items);
+    set.items->clear();
+    entry.code = QStringLiteral(":9");
+    d.processOtherRanges(&set, &entry);
+    ASSERT_EQ(set.getCount(), 1);
+    EXPECT_EQ(set.getValueSetItem(0)->code, QStringLiteral("9"));
+    qDeleteAll(*set.items);
+}
+
+TEST(CSPro, SeveralRangesOnOneLineOfAnAlphaItemAreKept)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=W", "DataType=Alpha", "[ValueSet]", "Value=B:D F:G;Well"});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(codesOf(d.getItem(0)), L({"B", "D", "D F:G", "G"}));
+}
+
+TEST(CSPro, SeveralRangesOnOneLineOfANumericItemDropTheValueSet)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=N", "Len=1", "[ValueSet]", "Value=1:2 4:5;Some"});
+    d.loadFromStr(&lines);
+    EXPECT_FALSE(d.getItem(0)->getHasValueSet());
+}
+
+TEST(CSPro, NonIntegerCodeInNumericSetDropsTheValueSetSilently)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=N", "Len=1", "[ValueSet]", "Value=1;One", "Value=A;Letter"});
+    d.loadFromStr(&lines);
+    EXPECT_FALSE(d.getItem(0)->getHasValueSet());
+    EXPECT_EQ(d.messageBox, nullptr); // nothing was asked
+}
+
+TEST(CSPro, AlphaValueSetIsNeverCheckedForDecimalsAndSortsAsText)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=A", "DataType=Alpha", "[ValueSet]", "Value=9;Nine", "Value=2.5;Half",
+                           "Value=10;Ten"});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(d.messageBox, nullptr);
+    EXPECT_EQ(d.getItem(0)->getValueSet(0)->isNumeric, 0);
+    EXPECT_EQ(codesOf(d.getItem(0)), L({"10", "2.5", "9"}));
+}
+
+TEST(CSPro, SecondValueSetOfTheSameItemIsIgnored)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=X", "Len=1", "[ValueSet]", "Name=FIRST", "Value=1;One", "[ValueSet]",
+                           "Name=SECOND", "Value=2;Two"});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(d.getItem(0)->getCount(), 1);
+    EXPECT_EQ(d.getItem(0)->getValueSet(0)->name, QStringLiteral("FIRST"));
+}
+
+TEST(CSPro, OccurrenceCopiesShareOneValueSet)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=A", "[Item]", "Name=F", "Start=5", "Len=1", "Occurrences=3",
+                           "[ValueSet]", "Value=1;Yes", "Value=2;No"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 4);
+    EXPECT_FALSE(d.getItem(0)->getHasValueSet());
+    TCSProValueSet *shared = d.getItem(3)->getValueSet(0);
+    EXPECT_EQ(d.getItem(1)->getValueSet(0), shared);
+    EXPECT_EQ(d.getItem(2)->getValueSet(0), shared);
+}
+
+TEST(CSPro, OccurrencesOfTheFirstItemGiveTheValueSetToTheLastCopyOnly)
+{
+    // The copies' index is 0, which is also the mark of an ordinary item.
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=F", "Len=1", "Occurrences=2", "[ValueSet]", "Value=1;Yes"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 2);
+    EXPECT_FALSE(d.getItem(0)->getHasValueSet());
+    EXPECT_TRUE(d.getItem(1)->getHasValueSet());
+}
+
+TEST(CSPro, ValueSetBeforeAnyItemIsDropped)
+{
+    TCSPro d;
+    QStringList lines = L({"[ValueSet]", "Value=1;One", "[Item]", "Name=X"});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(d.getItemsCount(), 1);
+    EXPECT_FALSE(d.getItem(0)->getHasValueSet());
+}
+
+TEST(CSPro, SecondLoadAppendsToTheFirst)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=X"});
+    d.loadFromStr(&lines);
+    d.loadFromStr(&lines);
+    EXPECT_EQ(d.getItemsCount(), 2);
+}
+
+// --------------------------------------------------------------- the prompt
+
+namespace {
+const QStringList kDecimalDictionary = L({"[Item]", "Name=AREA", "Len=4", "Decimal=1", "[ValueSet]",
+                                          "Value=0.5;Half", "Value=2;Two", "[Item]", "Name=WEIGHT", "Len=3",
+                                          "[ValueSet]", "Value=1.5;One and a half", "Value=3;Three"});
+}
+
+TEST(CSPro, DecimalPromptShowsWarningDialogAndYesConvertsCodesToZero)
+{
+    TCSPro d;
+    QStringList lines = kDecimalDictionary;
+    kxtest::ModalPresser presser({QMessageBox::Yes, QMessageBox::Yes});
+    d.loadFromStr(&lines);
+    ASSERT_EQ(presser.seen().size(), 2);
+    const auto seen = presser.seen().at(0);
+    EXPECT_EQ(seen.text, QStringLiteral("<b>A decimal number was found</b>"));
+    EXPECT_EQ(seen.informativeText, QStringLiteral("Would you like to convert it to an integer number?"));
+    EXPECT_EQ(seen.title, QStringLiteral("Caution"));
+    EXPECT_EQ(seen.icon, QMessageBox::Warning);
+    EXPECT_EQ(seen.buttons,
+              QMessageBox::StandardButtons(QMessageBox::Yes | QMessageBox::YesToAll | QMessageBox::No
+                                           | QMessageBox::NoToAll));
+    EXPECT_EQ(seen.defaultButton, QMessageBox::No);
+    EXPECT_TRUE(seen.richText);
+    EXPECT_EQ(seen.minimumSize, QSize(300, 200));
+    EXPECT_EQ(d.decimalAnswer, int(QMessageBox::Yes));
+    EXPECT_EQ(d.decimalMode, 0);
+    EXPECT_EQ(entriesOf(d.getItem(0)), L({"0=Half/0", "2=Two/0"}));
+    EXPECT_EQ(entriesOf(d.getItem(1)), L({"0=One and a half/0", "3=Three/0"}));
+}
+
+TEST(CSPro, YesToAllConvertsLaterDecimalValueSetsWithoutAsking)
+{
+    TCSPro d;
+    QStringList lines = kDecimalDictionary;
+    kxtest::ModalPresser presser({QMessageBox::YesToAll, QMessageBox::No});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(presser.seen().size(), 1);
+    EXPECT_EQ(d.decimalMode, 1);
+    EXPECT_EQ(codesOf(d.getItem(0)), L({"0", "2"}));
+    EXPECT_EQ(codesOf(d.getItem(1)), L({"0", "3"}));
+}
+
+TEST(CSPro, NoDropsTheValueSetAndAsksAgainNextTime)
+{
+    TCSPro d;
+    QStringList lines = kDecimalDictionary;
+    kxtest::ModalPresser presser({QMessageBox::No, QMessageBox::Yes});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(presser.seen().size(), 2);
+    EXPECT_EQ(d.decimalMode, 0);
+    EXPECT_FALSE(d.getItem(0)->getHasValueSet());
+    EXPECT_EQ(codesOf(d.getItem(1)), L({"0", "3"}));
+}
+
+TEST(CSPro, NoToAllDropsThisAndLaterDecimalValueSetsWithoutAsking)
+{
+    TCSPro d;
+    QStringList lines = kDecimalDictionary;
+    kxtest::ModalPresser presser({QMessageBox::NoToAll, QMessageBox::Yes});
+    d.loadFromStr(&lines);
+    EXPECT_EQ(presser.seen().size(), 1);
+    EXPECT_EQ(d.decimalMode, 2);
+    EXPECT_FALSE(d.getItem(0)->getHasValueSet());
+    EXPECT_FALSE(d.getItem(1)->getHasValueSet());
+}
+
+TEST(CSPro, PresetConvertAllChoiceNeverShowsTheDialog)
+{
+    TCSPro d;
+    d.setDecimalMode(1);
+    d.setDecimalAnswer(QMessageBox::YesToAll);
+    QStringList lines = kDecimalDictionary;
+    d.loadFromStr(&lines);
+    EXPECT_EQ(d.messageBox, nullptr);
+    EXPECT_EQ(codesOf(d.getItem(0)), L({"0", "2"}));
+    EXPECT_EQ(codesOf(d.getItem(1)), L({"0", "3"}));
+}
+
+TEST(CSPro, PresetKeepNoneChoiceNeverShowsTheDialog)
+{
+    TCSPro d;
+    neverPrompt(d);
+    QStringList lines = kDecimalDictionary;
+    d.loadFromStr(&lines);
+    EXPECT_EQ(d.messageBox, nullptr);
+    EXPECT_FALSE(d.getItem(0)->getHasValueSet());
+    EXPECT_FALSE(d.getItem(1)->getHasValueSet());
+}
+
+TEST(CSPro, ModeThreeAsksLikeModeZero)
+{
+    TCSPro d;
+    d.setDecimalMode(3);
+    kxtest::ModalPresser presser({QMessageBox::Yes});
+    d.showMessageBoxDecimal(QStringLiteral("t"), QStringLiteral("i"), QStringLiteral("c"), QMessageBox::Warning);
+    EXPECT_EQ(presser.seen().size(), 1);
+    EXPECT_EQ(d.getDecimalAnswer(), int(QMessageBox::Yes));
+}
+
+TEST(CSPro, UndefinedPromptFollowsUndefinedMode)
+{
+    TCSPro d;
+    {
+        kxtest::ModalPresser presser({QMessageBox::NoToAll});
+        d.showMessageBoxUndefined(QStringLiteral("Undefined"), QStringLiteral("More"), QStringLiteral("Title"),
+                                  QMessageBox::Question);
+        ASSERT_EQ(presser.seen().size(), 1);
+        EXPECT_EQ(presser.seen().at(0).icon, QMessageBox::Question);
+        EXPECT_EQ(presser.seen().at(0).title, QStringLiteral("Title"));
+    }
+    EXPECT_EQ(d.getUndefinedAnswer(), int(QMessageBox::NoToAll));
+    d.setUndefinedMode(2);
+    d.setUndefinedAnswer(QMessageBox::No);
+    d.showMessageBoxUndefined(QStringLiteral("Undefined"), QString(), QString(), QMessageBox::Question);
+    EXPECT_EQ(d.getUndefinedAnswer(), int(QMessageBox::No)); // not asked
+}
+
+TEST(CSPro, ShowMessageBoxAlwaysAsksAndReturnsTheButton)
+{
+    TCSPro d;
+    d.setDecimalMode(1);
+    kxtest::ModalPresser presser({QMessageBox::YesToAll});
+    EXPECT_EQ(d.showMessageBox(QStringLiteral("Text"), QStringLiteral("Info"), QStringLiteral("Title"),
+                               QMessageBox::Information),
+              int(QMessageBox::YesToAll));
+    ASSERT_EQ(presser.seen().size(), 1);
+    EXPECT_EQ(presser.seen().at(0).text, QStringLiteral("Text"));
+    EXPECT_EQ(presser.seen().at(0).defaultButton, QMessageBox::No);
+}
+
+// ------------------------------------------------------------ census, end to end
+
+TEST(CSPro, CensusDictionaryReadEndToEnd)
+{
+    TCSPro d;
+    kxtest::ModalPresser presser({QMessageBox::Yes});
+    d.loadFromFile(kxtest::dataPath(QStringLiteral("census.dcf")));
+    EXPECT_EQ(presser.seen().size(), 1); // only the land-area value set holds a decimal code
+
+    EXPECT_EQ(d.version, QStringLiteral("CSPro 7.7"));
+    EXPECT_EQ(d.label, QStringLiteral("Population and Housing Census"));
+    EXPECT_EQ(d.name, QStringLiteral("CENSUS_DICT"));
+    EXPECT_EQ(d.recordTypeStart, 1);
+    EXPECT_EQ(d.recordTypeLen, 1);
+    EXPECT_EQ(d.positions, QStringLiteral("Absolute"));
+    EXPECT_EQ(d.zeroFill, QStringLiteral("No"));
+    EXPECT_EQ(d.decimalChar, QStringLiteral("No"));
+
+    ASSERT_EQ(d.getRecordsCount(), 2);
+    TCSProRecord *housing = d.getRecord(0);
+    EXPECT_EQ(housing->name, QStringLiteral("HOUSING"));
+    EXPECT_EQ(housing->label, QStringLiteral("Housing record"));
+    EXPECT_EQ(housing->recordTypeValue, QStringLiteral("H"));
+    EXPECT_EQ(housing->required, QStringLiteral("Yes"));
+    EXPECT_EQ(housing->maxRecords, 1);
+    EXPECT_EQ(housing->recordLen, 19);
+    TCSProRecord *person = d.getRecord(1);
+    EXPECT_EQ(person->name, QStringLiteral("PERSON"));
+    EXPECT_EQ(person->label, QStringLiteral("Person record"));
+    EXPECT_EQ(person->recordTypeValue, QStringLiteral("P"));
+    EXPECT_EQ(person->required, QStringLiteral("No"));
+    EXPECT_EQ(person->maxRecords, 30);
+    EXPECT_EQ(person->recordLen, 26);
+    EXPECT_EQ(d.findRecordByValue(QStringLiteral("H")), housing);
+    EXPECT_EQ(d.findRecordByValue(QStringLiteral("P")), person);
+
+    const QString F1 = occ("FACILITY", 1), F2 = occ("FACILITY", 2), F3 = occ("FACILITY", 3);
+    const QByteArray f1 = F1.toUtf8(), f2 = F2.toUtf8(), f3 = F3.toUtf8();
+    const Expected expected[] = {
+        {"PROVINCE", 2, 2, 0, 0, 0, false, true, 0, "Common"},
+        {"DISTRICT", 4, 2, 0, 0, 0, false, true, 0, "Common"},
+        {"HHNUM", 6, 4, 0, 0, 0, false, true, 0, "Common"},
+        {"DWELLING", 10, 1, 0, 0, 0, false, false, 0, "HOUSING"},
+        {f1.constData(), 11, 1, 0, 0, 0, false, false, 4, "HOUSING"},
+        {f2.constData(), 12, 1, 0, 0, 0, false, false, 4, "HOUSING"},
+        {f3.constData(), 13, 1, 0, 0, 0, false, false, 4, "HOUSING"},
+        {"LANDAREA", 14, 5, 0, 0, 1, true, false, 0, "HOUSING"},
+        {"WATER", 19, 1, 1, 0, 0, false, false, 0, "HOUSING"},
+        {"LINE", 10, 2, 0, 0, 0, false, false, 0, "PERSON"},
+        {"RELATION", 12, 1, 0, 0, 0, false, false, 0, "PERSON"},
+        {"SEX", 13, 1, 0, 0, 0, false, false, 0, "PERSON"},
+        {"AGE", 14, 3, 0, 0, 0, false, false, 0, "PERSON"},
+        {"BIRTHDATE", 17, 6, 0, 0, 0, false, false, 0, "PERSON"},
+        {"BIRTHYEAR", 17, 4, 0, 1, 0, false, false, 0, "PERSON"},
+        {"BIRTHMONTH", 21, 2, 0, 1, 0, false, false, 0, "PERSON"},
+        {"OCCUP", 23, 4, 1, 0, 0, false, false, 0, "PERSON"},
+    };
+    ASSERT_EQ(d.getItemsCount(), int(std::size(expected)));
+    for (int i = 0; i < d.getItemsCount(); ++i) {
+        SCOPED_TRACE(i);
+        TCSProItem *it = d.getItem(i);
+        const Expected &e = expected[i];
+        EXPECT_EQ(it->name, QString::fromUtf8(e.name));
+        EXPECT_EQ(it->start, e.start);
+        EXPECT_EQ(it->len, e.len);
+        EXPECT_EQ(it->isAlpha, e.isAlpha);
+        EXPECT_EQ(it->isSubItem, e.isSubItem);
+        EXPECT_EQ(it->decimal, e.decimal);
+        EXPECT_EQ(it->decimalChar, e.decimalChar);
+        EXPECT_EQ(it->zeroFill, e.zeroFill);
+        EXPECT_EQ(it->index, e.index);
+        EXPECT_EQ(it->occurrences, 1);
+        ASSERT_NE(it->record, nullptr);
+        EXPECT_EQ(it->record->name, QString::fromUtf8(e.record));
+        EXPECT_EQ(it->missingCode, QString());
+        EXPECT_EQ(it->notApplCode, QString());
+    }
+    EXPECT_EQ(d.getItem(0)->label, QStringLiteral("Province"));
+    EXPECT_EQ(d.getItem(4)->label, QStringLiteral("Facility available"));
+    EXPECT_EQ(d.getItem(16)->label, QStringLiteral("Occupation code"));
+
+    EXPECT_EQ(entriesOf(d.getItem(0)), L({"1=North/0", "2=South/0", "3=East/0", "4=West/0"}));
+    EXPECT_EQ(d.getItem(0)->getValueSet(0)->name, QStringLiteral("PROVINCE_VS1"));
+    EXPECT_EQ(d.getItem(0)->getValueSet(0)->label, QStringLiteral("Province"));
+    EXPECT_FALSE(d.getItem(1)->getHasValueSet());
+    EXPECT_FALSE(d.getItem(2)->getHasValueSet());
+    EXPECT_EQ(entriesOf(d.getItem(3)),
+              L({"1=Detached house/0", "2=Apartment/0", "3=Traditional hut/0", "9=Not reported/0"}));
+    EXPECT_EQ(entriesOf(d.getItem(4)), L({"1=Yes/0", "2=No/0"}));
+    EXPECT_EQ(d.getItem(5)->getValueSet(0), d.getItem(4)->getValueSet(0));
+    EXPECT_EQ(d.getItem(6)->getValueSet(0), d.getItem(4)->getValueSet(0));
+    EXPECT_EQ(entriesOf(d.getItem(7)), L({"0=Under one hectare/0", "1=One hectare or more/0",
+                                          "99=One hectare or more/0", "999=Not reported/0"}));
+    EXPECT_EQ(entriesOf(d.getItem(8)),
+              L({"A'=Piped into dwelling/0", "B=Well or spring/0", "D=Well or spring/0",
+                 "D F:G=Well or spring/0", "G=Well or spring/0", "X'=Other source/0"}));
+    EXPECT_EQ(d.getItem(8)->getValueSet(0)->isNumeric, 0);
+    EXPECT_FALSE(d.getItem(9)->getHasValueSet());
+    EXPECT_EQ(entriesOf(d.getItem(10)),
+              L({"1=Head/0", "2=Spouse/0", "3=Child/0", "4=Other relative/0", "8=Other relative/0"}));
+    EXPECT_EQ(entriesOf(d.getItem(11)), L({"1=Male/0", "2=Female/0"}));
+    EXPECT_EQ(entriesOf(d.getItem(12)), L({"0=/0", "98=/0", "998=Not applicable/0", "999=Not reported/0"}));
+    EXPECT_FALSE(d.getItem(13)->getHasValueSet());
+    EXPECT_FALSE(d.getItem(14)->getHasValueSet());
+    EXPECT_EQ(entriesOf(d.getItem(15)), L({"1=Month/0", "12=Month/0"}));
+    EXPECT_FALSE(d.getItem(16)->getHasValueSet());
+}
+
+TEST(CSPro, CensusAnsweredNoLosesOnlyTheDecimalValueSet)
+{
+    TCSPro d;
+    kxtest::ModalPresser presser({QMessageBox::No});
+    d.loadFromFile(kxtest::dataPath(QStringLiteral("census.dcf")));
+    ASSERT_EQ(d.getItemsCount(), 17);
+    EXPECT_FALSE(d.getItem(7)->getHasValueSet());
+    EXPECT_TRUE(d.getItem(8)->getHasValueSet());
+}
+
+// ------------------------------------------------------ encodings, line ends
+
+namespace {
+QByteArray censusBytes()
+{
+    QFile f(kxtest::dataPath(QStringLiteral("census.dcf")));
+    EXPECT_TRUE(f.open(QIODevice::ReadOnly));
+    return f.readAll();
+}
+
+QStringList loadDump(const QString &path)
+{
+    TCSPro d;
+    d.setDecimalMode(1);
+    d.setDecimalAnswer(QMessageBox::YesToAll);
+    d.loadFromFile(path);
+    return dump(d);
+}
+} // namespace
+
+TEST(CSPro, ByteOrderMarkReadsTheSameAsPlain)
+{
+    QTemporaryDir dir;
+    const QByteArray plain = censusBytes();
+    ASSERT_FALSE(plain.contains('\r'));
+    const QString bom = kxtest::writeFile(dir, QStringLiteral("bom.dcf"), QByteArray("\xEF\xBB\xBF") + plain);
+    const QStringList expected = loadDump(kxtest::dataPath(QStringLiteral("census.dcf")));
+    EXPECT_EQ(expected.size(), 1 + 2 + 17);
+    EXPECT_EQ(loadDump(bom), expected);
+}
+
+TEST(CSPro, CrlfLineEndsReadTheSameAsPlain)
+{
+    QTemporaryDir dir;
+    QByteArray crlf = censusBytes();
+    crlf.replace("\n", "\r\n");
+    const QString path = kxtest::writeFile(dir, QStringLiteral("crlf.dcf"), crlf);
+    const QString both = kxtest::writeFile(dir, QStringLiteral("both.dcf"), QByteArray("\xEF\xBB\xBF") + crlf);
+    const QStringList expected = loadDump(kxtest::dataPath(QStringLiteral("census.dcf")));
+    EXPECT_EQ(loadDump(path), expected);
+    EXPECT_EQ(loadDump(both), expected);
+}
+
+// ----------------------------------------------------------------- robustness
+
+namespace {
+// Loads \a bytes; passes when the reader returns or throws KxErrorManager*.
+void loadsCleanly(const QTemporaryDir &dir, const QByteArray &bytes)
+{
+    const QString path = kxtest::writeFile(dir, QStringLiteral("fuzz.dcf"), bytes);
+    TCSPro d;
+    neverPrompt(d);
+    try {
+        d.loadFromFile(path);
+    } catch (KxErrorManager *e) {
+        EXPECT_EQ(e->getErrorNumber(), 242);
+        delete e;
+    }
+    // Whatever was read is consistent.
+    for (int i = 0; i < d.getItemsCount(); ++i) {
+        ASSERT_NE(d.getItem(i), nullptr);
+        ASSERT_NE(d.getItem(i)->record, nullptr);
+    }
+}
+} // namespace
+
+TEST(CSPro, TruncatedDictionariesLoadCleanly)
+{
+    QTemporaryDir dir;
+    const QByteArray plain = censusBytes();
+    for (int n = 0; n <= plain.size(); n += 7)
+        loadsCleanly(dir, plain.left(n));
+    loadsCleanly(dir, plain);
+}
+
+TEST(CSPro, GarbledDictionariesLoadCleanly)
+{
+    QTemporaryDir dir;
+    const QByteArray plain = censusBytes();
+    const QByteArray alphabet("[]=:;', \n\r0123456789-.AZaz\x00\xff", 30);
+    QRandomGenerator rng(20240611);
+    for (int round = 0; round < 300; ++round) {
+        QByteArray bytes = plain;
+        const int flips = 1 + int(rng.bounded(12));
+        for (int f = 0; f < flips; ++f) {
+            const int at = int(rng.bounded(bytes.size()));
+            if (rng.bounded(2))
+                bytes[at] = alphabet.at(int(rng.bounded(alphabet.size())));
+            else
+                bytes[at] = char(rng.bounded(256));
+        }
+        loadsCleanly(dir, bytes);
+    }
+}
+
+TEST(CSPro, HostileNumbersLoadCleanly)
+{
+    QTemporaryDir dir;
+    const char *const cases[] = {
+        "[Item]\nName=A\nOccurrences=2000000000\nLen=1\n",
+        "[Item]\nName=A\nOccurrences=-2147483648\n",
+        "[Item]\nName=A\nStart=2147483647\nLen=2147483647\nOccurrences=2\n",
+        "[Item]\nName=A\nStart=-2147483648\nLen=-2147483648\nOccurrences=3\n",
+        "[Item]\nName=A\nOccurrences=9999\nLen=2147483647\n",
+        "[Record]\nRecordTypeValue=\n[Item]\n[ValueSet]\nValue=\nName=,\nValue=:\nValue=;\nValue=:;\n",
+        "[ValueSet]\nValue=1:2 3:4 :5: ::: ;x\nName=MISSING ,Special\n",
+        "[Item]\nDataType=Alpha\n[ValueSet]\nValue=::::\nValue= : : \nValue=a:b c:d e:f g h:i;j\n",
+        "[\n[]\n[[[\n]]]\n[Item\n[ValueSet\n",
+    };
+    for (const char *c : cases)
+        loadsCleanly(dir, QByteArray(c));
+}
