@@ -104,6 +104,19 @@ TEST(TKxLookupImport, Utf8ByteOrderMarkIsDetectedAndNotPartOfTheKey)
     EXPECT_TRUE(run.errors.isEmpty());
 }
 
+TEST(TKxLookupImport, FileWithoutByteOrderMarkIsReadAsUtf8)
+{
+    LookupRun run("01 Z\xC3\xBCrich\n", 0, eNoCheck);
+    EXPECT_EQ(run.map(), (KeyMap{{QStringLiteral("01"), QString::fromUtf8("Z\xC3\xBCrich")}}));
+}
+
+TEST(TKxLookupImport, LastLineWithoutLineEndIsRead)
+{
+    LookupRun run("01 North\n02 South", 0, eNoCheck);
+    EXPECT_EQ(run.map().value(QStringLiteral("02")), QStringLiteral("South"));
+    EXPECT_EQ(run.lookup.getLineNumber(), 2);
+}
+
 TEST(TKxLookupImport, Utf16ByteOrderMarkIsDetected)
 {
     const QString text = QString::fromUtf8("01 Z\xC3\xBCrich\n");
