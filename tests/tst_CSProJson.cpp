@@ -1,0 +1,616 @@
+#include "model_KelAdmin.h"
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+namespace {
+
+QStringList codesOf(TCSProItem *item)
+{
+    QStringList codes;
+    if (!item->getHasValueSet())
+        return codes;
+    TCSProValueSet *set = item->getValueSet(0);
+    for (int i = 0; i < set->getCount(); ++i)
+        codes << set->getValueSetItem(i)->code;
+    return codes;
+}
+
+QStringList entriesOf(TCSProItem *item)
+{
+    QStringList entries;
+    if (!item->getHasValueSet())
+        return entries;
+    TCSProValueSet *set = item->getValueSet(0);
+    for (int i = 0; i < set->getCount(); ++i) {
+        TValueSetItem *e = set->getValueSetItem(i);
+        entries << e->code + QStringLiteral("=") + e->name;
+        EXPECT_EQ(e->type, 0);
+        EXPECT_FALSE(e->special);
+    }
+    return entries;
+}
+
+// Writes \a json and loads it into \a d through loadFromFile.
+void loadJson(TCSProJson &d, const QByteArray &json)
+{
+    QTemporaryDir dir;
+    d.loadFromFile(kxtest::writeFile(dir, QStringLiteral("dict.json"), json));
+}
+
+// A dictionary with one level whose records are \a records (JSON text).
+QByteArray withRecords(const QByteArray &records, const QByteArray &extra = QByteArray())
+{
+    return "{\"name\":\"D\"," + extra + "\"levels\":[{\"records\":[" + records + "]}]}";
+}
+
+struct Expected
+{
+    const char *name;
+    int start;
+    int len;
+    int isAlpha;
+    bool decimalChar;
+    bool zeroFill;
+    int index;
+    const char *record;
+};
+
+} // namespace
+
+// ---------------------------------------------------------------- the file
+
+TEST(CSProJson, FileNotStartingWithBraceLeavesDictionaryUntouched)
+{
+    TCSProJson d;
+    d.loadFromFile(kxtest::dataPath(QStringLiteral("census.dcf")));
+    EXPECT_EQ(d.getItemsCount(), 0);
+    EXPECT_EQ(d.getRecordsCount(), 0);
+    EXPECT_EQ(d.version, QString());
+    EXPECT_EQ(d.commonRecord->label, QString());
+    loadJson(d, "[{\"name\":\"X\"}]");
+    EXPECT_EQ(d.name, QString());
+    loadJson(d, "");
+    EXPECT_EQ(d.name, QString());
+}
+
+TEST(CSProJson, LeadingBlanksBeforeTheBraceAreAllowed)
+{
+    TCSProJson d;
+    loadJson(d, "  \n\t {\"name\":\"SURVEY\"}");
+    EXPECT_EQ(d.name, QStringLiteral("SURVEY"));
+}
+
+TEST(CSProJson, UnreadableFileIsIgnored)
+{
+    TCSProJson d;
+    d.loadFromFile(QStringLiteral("/nonexistent/dir/x.json"));
+    d.loadFromJson(QStringLiteral("/nonexistent/dir/x.json"));
+    EXPECT_EQ(d.getItemsCount(), 0);
+    EXPECT_EQ(d.version, QString());
+}
+
+TEST(CSProJson, ParseErrorLeavesDictionaryUntouched)
+{
+    TCSProJson d;
+    loadJson(d, "{\"name\":\"X\",");
+    EXPECT_EQ(d.name, QString());
+    EXPECT_EQ(d.version, QString());
+}
+
+TEST(CSProJson, LoadThroughTheBaseClassReadsJson)
+{
+    TCSProJson json;
+    TCSPro *d = &json;
+    d->loadFromFile(kxtest::dataPath(QStringLiteral("census.json")));
+    EXPECT_EQ(d->getItemsCount(), 15);
+}
+
+// --------------------------------------------------------- dictionary level
+
+TEST(CSProJson, DictionaryWithoutVersionGetsVersion8)
+{
+    TCSProJson d;
+    loadJson(d, "{\"name\":\"X\"}");
+    EXPECT_EQ(d.version, QStringLiteral("8"));
+    TCSProJson text;
+    loadJson(text, "{\"version\":\"8.1\"}");
+    EXPECT_EQ(text.version, QStringLiteral("8")); // not a number counts as 8
+}
+
+TEST(CSProJson, VersionIsWrittenWithSixSignificantDigits)
+{
+    TCSProJson a;
+    loadJson(a, "{\"version\":8.1}");
+    EXPECT_EQ(a.version, QStringLiteral("8.1"));
+    TCSProJson b;
+    loadJson(b, "{\"version\":8.0}");
+    EXPECT_EQ(b.version, QStringLiteral("8"));
+    TCSProJson c;
+    loadJson(c, "{\"version\":8.1234567}");
+    EXPECT_EQ(c.version, QStringLiteral("8.12346"));
+}
+
+TEST(CSProJson, NameReadFromANumberIsEmpty)
+{
+    TCSProJson d;
+    loadJson(d, "{\"name\":12}");
+    EXPECT_EQ(d.name, QString());
+}
+
+TEST(CSProJson, RecordTypeStartAndLength)
+{
+    TCSProJson a;
+    loadJson(a, "{\"recordType\":{\"start\":3,\"length\":2}}");
+    EXPECT_EQ(a.recordTypeStart, 3);
+    EXPECT_EQ(a.recordTypeLen, 2);
+    TCSProJson b;
+    loadJson(b, "{\"recordType\":{\"length\":2}}");
+    EXPECT_EQ(b.recordTypeStart, 0);
+    EXPECT_EQ(b.recordTypeLen, 2);
+    TCSProJson c;
+    loadJson(c, "{\"recordType\":5}");
+    EXPECT_EQ(c.recordTypeStart, 0);
+    EXPECT_EQ(c.recordTypeLen, 0);
+    TCSProJson e;
+    loadJson(e, "{\"recordType\":{\"start\":\"3\",\"length\":2.5}}");
+    EXPECT_EQ(e.recordTypeStart, 0); // an integer read from text is the default
+    EXPECT_EQ(e.recordTypeLen, 0);
+}
+
+TEST(CSProJson, DictionaryObjectInsideTheRootIsRead)
+{
+    TCSProJson d;
+    loadJson(d, "{\"name\":\"OUTER\",\"dictionary\":{\"name\":\"INNER\",\"version\":8.2}}");
+    EXPECT_EQ(d.name, QStringLiteral("INNER"));
+    EXPECT_EQ(d.version, QStringLiteral("8.2"));
+}
+
+TEST(CSProJson, WithoutLevelsTheDictionaryMembersStay)
+{
+    TCSProJson d;
+    loadJson(d, "{\"name\":\"X\",\"recordType\":{\"start\":1,\"length\":1},\"levels\":{}}");
+    EXPECT_EQ(d.name, QStringLiteral("X"));
+    EXPECT_EQ(d.recordTypeLen, 1);
+    EXPECT_EQ(d.commonRecord->label, QStringLiteral("Common"));
+    EXPECT_EQ(d.getItemsCount(), 0);
+}
+
+// ------------------------------------------------------------------ records
+
+TEST(CSProJson, RecordFieldsAndDebugLine)
+{
+    TCSProJson d;
+    kxtest::MessageCollector log;
+    loadJson(d, withRecords("{\"name\":\"PERSON\",\"labels\":[{\"text\":\"Person\"},{\"text\":\"Persona\"}],"
+                            "\"recordType\":\"P\",\"occurrences\":{\"required\":true,\"maximum\":25}},"
+                            "{\"name\":\"VISIT\",\"recordType\":\"V\",\"occurrences\":{}},"
+                            "{\"name\":\"NOTE\",\"recordType\":7}"));
+    ASSERT_EQ(d.getRecordsCount(), 3);
+    TCSProRecord *p = d.getRecord(0);
+    EXPECT_EQ(p->name, QStringLiteral("PERSON"));
+    EXPECT_EQ(p->label, QStringLiteral("Person")); // only the first label
+    EXPECT_EQ(p->recordTypeValue, QStringLiteral("P"));
+    EXPECT_EQ(p->maxRecords, 25);
+    EXPECT_EQ(p->required, QStringLiteral("YES"));
+    EXPECT_EQ(p->recordLen, 0);
+    EXPECT_EQ(d.getRecord(1)->maxRecords, 1);
+    EXPECT_EQ(d.getRecord(1)->required, QStringLiteral("NO"));
+    EXPECT_EQ(d.getRecord(2)->maxRecords, 1);
+    EXPECT_EQ(d.getRecord(2)->required, QStringLiteral("NO"));
+    EXPECT_EQ(d.getRecord(2)->recordTypeValue, QString());
+    EXPECT_EQ(d.findRecordByValue(QStringLiteral("P")), p);
+    EXPECT_EQ(d.findRecordByValue(QString()), nullptr); // empty values are not entered
+    EXPECT_TRUE(log.contains(QStringLiteral("Record \"PERSON\" \"P\""))) << log.messages().join('\n').toStdString();
+}
+
+TEST(CSProJson, RepeatedRecordTypeReplacesTheEarlierRecordInTheMap)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"FIRST\",\"recordType\":\"P\"},{\"name\":\"SECOND\",\"recordType\":\"P\"}"));
+    ASSERT_EQ(d.getRecordsCount(), 2);
+    EXPECT_EQ(d.getRecord(0)->name, QStringLiteral("FIRST"));
+    EXPECT_EQ(d.getRecord(1)->name, QStringLiteral("SECOND"));
+    EXPECT_EQ(d.findRecordByValue(QStringLiteral("P"))->name, QStringLiteral("SECOND"));
+}
+
+TEST(CSProJson, ElementsOfTheWrongTypeAreSkippedOneByOne)
+{
+    TCSProJson d;
+    loadJson(d, "{\"levels\":[1,\"x\",{\"records\":{}},{\"records\":[3,{\"name\":\"R\",\"items\":{}},"
+                "{\"name\":\"S\",\"items\":[null,{\"name\":\"A\",\"length\":1}]}]}]}");
+    ASSERT_EQ(d.getRecordsCount(), 2);
+    ASSERT_EQ(d.getItemsCount(), 1);
+    EXPECT_EQ(d.getItem(0)->name, QStringLiteral("A"));
+    EXPECT_EQ(d.getItem(0)->record->name, QStringLiteral("S"));
+}
+
+// -------------------------------------------------------------------- items
+
+TEST(CSProJson, RelativePositionsStartAtOneForIdsAndForEveryRecord)
+{
+    TCSProJson d;
+    loadJson(d, "{\"levels\":[{\"ids\":{\"items\":[{\"name\":\"A\",\"length\":3},{\"name\":\"B\",\"length\":2}]},"
+                "\"records\":[{\"name\":\"R1\",\"items\":[{\"name\":\"C\",\"length\":4},{\"name\":\"D\",\"length\":1}]},"
+                "{\"name\":\"R2\",\"items\":[{\"name\":\"E\",\"length\":2}]}]}]}");
+    ASSERT_EQ(d.getItemsCount(), 5);
+    EXPECT_EQ(d.getItem(0)->start, 1);
+    EXPECT_EQ(d.getItem(1)->start, 4);
+    EXPECT_EQ(d.getItem(0)->record, d.commonRecord);
+    EXPECT_EQ(d.getItem(2)->start, 1);
+    EXPECT_EQ(d.getItem(3)->start, 5);
+    EXPECT_EQ(d.getItem(4)->start, 1);
+    EXPECT_EQ(d.getItem(4)->record->name, QStringLiteral("R2"));
+}
+
+TEST(CSProJson, ExplicitStartMovesTheRunningPosition)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"start\":10,\"length\":3},"
+                            "{\"name\":\"B\",\"length\":2}]}"));
+    ASSERT_EQ(d.getItemsCount(), 2);
+    EXPECT_EQ(d.getItem(0)->start, 10);
+    EXPECT_EQ(d.getItem(1)->start, 13);
+}
+
+TEST(CSProJson, ItemOfLengthZeroAdvancesTheRunningPositionByOne)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"Z\",\"length\":0},{\"name\":\"N\",\"length\":2},"
+                            "{\"name\":\"M\"}]}"));
+    ASSERT_EQ(d.getItemsCount(), 3);
+    EXPECT_EQ(d.getItem(0)->start, 1);
+    EXPECT_EQ(d.getItem(0)->len, 0);
+    EXPECT_EQ(d.getItem(1)->start, 2);
+    EXPECT_EQ(d.getItem(2)->start, 4);
+    EXPECT_EQ(d.getItem(2)->len, 0);
+}
+
+TEST(CSProJson, WithoutRelativePositionsRunningPositionIsRaisedToOne)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"start\":-5,\"length\":1},"
+                            "{\"name\":\"B\",\"length\":1},{\"name\":\"C\",\"length\":1}]}",
+                            "\"relativePositions\":false,"));
+    ASSERT_EQ(d.getItemsCount(), 3);
+    EXPECT_EQ(d.getItem(0)->start, -5);
+    EXPECT_EQ(d.getItem(1)->start, 1);  // running position -4 raised to 1
+    EXPECT_EQ(d.getItem(2)->start, 1);  // running position -3 raised to 1
+}
+
+TEST(CSProJson, WithRelativePositionsTheRunningPositionIsInsertedAsStart)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"start\":-5,\"length\":1},"
+                            "{\"name\":\"B\",\"length\":1}]}"));
+    ASSERT_EQ(d.getItemsCount(), 2);
+    EXPECT_EQ(d.getItem(1)->start, -4);
+}
+
+TEST(CSProJson, ItemFields)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"NAME\",\"labels\":[{\"text\":\"Full name\"}],"
+                            "\"contentType\":\"Alpha\",\"length\":20,\"decimals\":2,\"zeroFill\":true,"
+                            "\"decimalMark\":true},{\"name\":\"N\",\"contentType\":\"numeric\",\"length\":\"3\"}]}"));
+    ASSERT_EQ(d.getItemsCount(), 2);
+    TCSProItem *a = d.getItem(0);
+    EXPECT_EQ(a->name, QStringLiteral("NAME"));
+    EXPECT_EQ(a->label, QStringLiteral("Full name"));
+    EXPECT_EQ(a->isAlpha, 1);
+    EXPECT_EQ(a->len, 20);
+    EXPECT_EQ(a->decimal, 0); // no number of decimals is read
+    EXPECT_EQ(a->occurrences, 1);
+    EXPECT_TRUE(a->zeroFill);
+    EXPECT_TRUE(a->decimalChar);
+    EXPECT_EQ(a->index, 0);
+    EXPECT_EQ(d.currentItem, d.getItem(1));
+    EXPECT_EQ(d.getItem(1)->isAlpha, 0);
+    EXPECT_EQ(d.getItem(1)->len, 0); // an integer read from text is the default
+}
+
+TEST(CSProJson, DecimalMarkAndZeroFillDefaultFromTheDictionary)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\"},{\"name\":\"B\",\"zeroFill\":false,"
+                            "\"decimalMark\":false}]}",
+                            "\"defaults\":{\"decimalMark\":true,\"zeroFill\":true},"));
+    ASSERT_EQ(d.getItemsCount(), 2);
+    EXPECT_TRUE(d.getItem(0)->decimalChar);
+    EXPECT_TRUE(d.getItem(0)->zeroFill);
+    EXPECT_FALSE(d.getItem(1)->decimalChar);
+    EXPECT_FALSE(d.getItem(1)->zeroFill);
+    TCSProJson n;
+    loadJson(n, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\"}]}", "\"defaults\":3,"));
+    EXPECT_FALSE(n.getItem(0)->decimalChar);
+    EXPECT_FALSE(n.getItem(0)->zeroFill);
+}
+
+TEST(CSProJson, OccurrencesExpandIntoItemsNamedWithDecimalDigits)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"FIRST\",\"length\":1},"
+                            "{\"name\":\"AGE\",\"labels\":[{\"text\":\"Age\"}],\"start\":10,\"length\":2,"
+                            "\"occurrences\":{\"maximum\":3},\"zeroFill\":true},{\"name\":\"NEXT\",\"length\":1}]}"));
+    ASSERT_EQ(d.getItemsCount(), 5);
+    const char *names[] = {"AGE_1", "AGE_2", "AGE_3"};
+    for (int i = 0; i < 3; ++i) {
+        TCSProItem *it = d.getItem(1 + i);
+        EXPECT_EQ(it->name, QString::fromLatin1(names[i]));
+        EXPECT_EQ(it->start, 10 + 2 * i);
+        EXPECT_EQ(it->len, 2);
+        EXPECT_EQ(it->occurrences, 1);
+        EXPECT_EQ(it->label, QStringLiteral("Age"));
+        EXPECT_EQ(it->index, 1);
+        EXPECT_TRUE(it->zeroFill);
+        EXPECT_EQ(it->record->name, QStringLiteral("R"));
+    }
+    EXPECT_EQ(d.getItem(4)->name, QStringLiteral("NEXT"));
+    EXPECT_EQ(d.getItem(4)->start, 16);
+}
+
+TEST(CSProJson, OccurrenceMaximumBelowTwoGivesOneItem)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"length\":1,\"occurrences\":{\"maximum\":1}},"
+                            "{\"name\":\"B\",\"length\":1,\"occurrences\":{}},"
+                            "{\"name\":\"C\",\"length\":1,\"occurrences\":{\"maximum\":0}}]}"));
+    ASSERT_EQ(d.getItemsCount(), 3);
+    EXPECT_EQ(d.getItem(0)->name, QStringLiteral("A"));
+    EXPECT_EQ(d.getItem(2)->name, QStringLiteral("C"));
+}
+
+TEST(CSProJson, EachOccurrenceCopyReadsTheValueSet)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"F\",\"length\":1,\"occurrences\":{\"maximum\":2},"
+                            "\"valueSets\":[{\"name\":\"F_VS\",\"values\":[{\"pairs\":[{\"value\":\"1\"}]}]}]}]}"));
+    ASSERT_EQ(d.getItemsCount(), 2);
+    EXPECT_EQ(codesOf(d.getItem(0)), QStringList{"1"});
+    EXPECT_EQ(codesOf(d.getItem(1)), QStringList{"1"});
+}
+
+// --------------------------------------------------------------- value sets
+
+TEST(CSProJson, RangePairGivesOneEntryLowColonHigh)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"length\":1,\"valueSets\":[{\"values\":["
+                            "{\"labels\":[{\"text\":\"Young\"}],\"pairs\":[{\"range\":[\"1\",\"5\"]}]},"
+                            "{\"pairs\":[{\"range\":[\"1\",\"5\",\"9\"]}]},"
+                            "{\"pairs\":[{\"range\":[\"1\"]}]}]}]}]}"));
+    EXPECT_EQ(entriesOf(d.getItem(0)), (QStringList{"1:5=Young", "=", "="}));
+}
+
+TEST(CSProJson, NumericValueGivesAnEmptyCode)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"length\":1,\"valueSets\":[{\"values\":["
+                            "{\"pairs\":[{\"value\":1}]},{\"pairs\":[{\"value\":\"2\"}]},"
+                            "{\"pairs\":[{\"range\":[1,5]}]}]}]}]}"));
+    EXPECT_EQ(codesOf(d.getItem(0)), (QStringList{"", "2", ":"}));
+}
+
+TEST(CSProJson, OnlyTheFirstPairAndTheFirstValueSetCount)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"length\":1,\"valueSets\":["
+                            "{\"name\":\"ONE\",\"labels\":[{\"text\":\"First\"}],\"values\":["
+                            "{\"labels\":[{\"text\":\"Low\"}],\"pairs\":[{\"value\":\"1\"},{\"value\":\"2\"}]},"
+                            "{\"pairs\":[{\"value\":\"3\",\"range\":[\"4\",\"5\"]}]}]},"
+                            "{\"name\":\"TWO\",\"values\":[{\"pairs\":[{\"value\":\"9\"}]}]}]}]}"));
+    TCSProItem *a = d.getItem(0);
+    ASSERT_EQ(a->getCount(), 1);
+    EXPECT_EQ(a->getValueSet(0)->name, QStringLiteral("ONE"));
+    EXPECT_EQ(a->getValueSet(0)->label, QStringLiteral("First"));
+    EXPECT_EQ(entriesOf(a), (QStringList{"1=Low", "3="}));
+}
+
+TEST(CSProJson, EntriesAreNeitherSortedNorValidatedNorPrompted)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"length\":3,\"valueSets\":[{\"values\":["
+                            "{\"pairs\":[{\"value\":\"10\"}]},{\"pairs\":[{\"value\":\"2.5\"}]},"
+                            "{\"pairs\":[{\"value\":\"X\"}]},{\"pairs\":[]},{},7]}]}]}"));
+    EXPECT_EQ(codesOf(d.getItem(0)), (QStringList{"10", "2.5", "X", "", ""}));
+    EXPECT_EQ(d.messageBox, nullptr);
+}
+
+TEST(CSProJson, ValueSetsOfTheWrongShapeGiveNoValueSet)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"valueSets\":[]},"
+                            "{\"name\":\"B\",\"valueSets\":{}},{\"name\":\"C\",\"valueSets\":[1]},"
+                            "{\"name\":\"D\",\"valueSets\":[{\"values\":3}]}]}"));
+    ASSERT_EQ(d.getItemsCount(), 4);
+    EXPECT_FALSE(d.getItem(0)->getHasValueSet());
+    EXPECT_FALSE(d.getItem(1)->getHasValueSet());
+    EXPECT_FALSE(d.getItem(2)->getHasValueSet());
+    ASSERT_TRUE(d.getItem(3)->getHasValueSet());
+    EXPECT_EQ(d.getItem(3)->getValueSet(0)->getCount(), 0);
+}
+
+TEST(CSProJson, LabelReaderTakesTheFirstLabelObjectOnly)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"labels\":[]},"
+                            "{\"name\":\"B\",\"labels\":[\"text\"]},{\"name\":\"C\",\"labels\":{\"text\":\"x\"}},"
+                            "{\"name\":\"D\",\"labels\":[{\"text\":5}]}]}"));
+    ASSERT_EQ(d.getItemsCount(), 4);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(d.getItem(i)->label, QString());
+}
+
+// ------------------------------------------------------------ census, end to end
+
+TEST(CSProJson, CensusDictionaryReadEndToEnd)
+{
+    TCSProJson d;
+    kxtest::MessageCollector log;
+    d.loadFromFile(kxtest::dataPath(QStringLiteral("census.json")));
+    EXPECT_EQ(d.messageBox, nullptr);
+
+    EXPECT_EQ(d.name, QStringLiteral("CENSUS_DICT"));
+    EXPECT_EQ(d.version, QStringLiteral("8"));
+    EXPECT_EQ(d.label, QString());
+    EXPECT_EQ(d.recordTypeStart, 1);
+    EXPECT_EQ(d.recordTypeLen, 1);
+    EXPECT_EQ(d.commonRecord->label, QStringLiteral("Common"));
+    EXPECT_TRUE(log.contains(QStringLiteral("Record \"HOUSING\" \"H\"")));
+    EXPECT_TRUE(log.contains(QStringLiteral("Record \"PERSON\" \"P\"")));
+
+    ASSERT_EQ(d.getRecordsCount(), 2);
+    TCSProRecord *housing = d.getRecord(0);
+    EXPECT_EQ(housing->name, QStringLiteral("HOUSING"));
+    EXPECT_EQ(housing->label, QStringLiteral("Housing record"));
+    EXPECT_EQ(housing->recordTypeValue, QStringLiteral("H"));
+    EXPECT_EQ(housing->required, QStringLiteral("YES"));
+    EXPECT_EQ(housing->maxRecords, 1);
+    TCSProRecord *person = d.getRecord(1);
+    EXPECT_EQ(person->name, QStringLiteral("PERSON"));
+    EXPECT_EQ(person->label, QStringLiteral("Person record"));
+    EXPECT_EQ(person->recordTypeValue, QStringLiteral("P"));
+    EXPECT_EQ(person->required, QStringLiteral("NO"));
+    EXPECT_EQ(person->maxRecords, 30);
+    EXPECT_EQ(d.findRecordByValue(QStringLiteral("H")), housing);
+    EXPECT_EQ(d.findRecordByValue(QStringLiteral("P")), person);
+
+    // The subitems of BIRTHDATE are not read.
+    const Expected expected[] = {
+        {"PROVINCE", 2, 2, 0, false, true, 0, "Common"},
+        {"DISTRICT", 4, 2, 0, false, true, 0, "Common"},
+        {"HHNUM", 6, 4, 0, false, true, 0, "Common"},
+        {"DWELLING", 10, 1, 0, false, false, 0, "HOUSING"},
+        {"FACILITY_1", 11, 1, 0, false, false, 4, "HOUSING"},
+        {"FACILITY_2", 12, 1, 0, false, false, 4, "HOUSING"},
+        {"FACILITY_3", 13, 1, 0, false, false, 4, "HOUSING"},
+        {"LANDAREA", 14, 5, 0, true, false, 0, "HOUSING"},
+        {"WATER", 19, 1, 1, false, false, 0, "HOUSING"},
+        {"LINE", 10, 2, 0, false, false, 0, "PERSON"},
+        {"RELATION", 12, 1, 0, false, false, 0, "PERSON"},
+        {"SEX", 13, 1, 0, false, false, 0, "PERSON"},
+        {"AGE", 14, 3, 0, false, false, 0, "PERSON"},
+        {"BIRTHDATE", 17, 6, 0, false, false, 0, "PERSON"},
+        {"OCCUP", 23, 4, 1, false, false, 0, "PERSON"},
+    };
+    ASSERT_EQ(d.getItemsCount(), 15);
+    for (int i = 0; i < d.getItemsCount(); ++i) {
+        SCOPED_TRACE(i);
+        TCSProItem *it = d.getItem(i);
+        const Expected &e = expected[i];
+        EXPECT_EQ(it->name, QString::fromLatin1(e.name));
+        EXPECT_EQ(it->start, e.start);
+        EXPECT_EQ(it->len, e.len);
+        EXPECT_EQ(it->isAlpha, e.isAlpha);
+        EXPECT_EQ(it->decimalChar, e.decimalChar);
+        EXPECT_EQ(it->zeroFill, e.zeroFill);
+        EXPECT_EQ(it->index, e.index);
+        EXPECT_EQ(it->isSubItem, 0);
+        EXPECT_EQ(it->decimal, 0);
+        EXPECT_EQ(it->occurrences, 1);
+        ASSERT_NE(it->record, nullptr);
+        EXPECT_EQ(it->record->name, QString::fromLatin1(e.record));
+    }
+    EXPECT_EQ(d.getItem(0)->label, QStringLiteral("Province"));
+    EXPECT_EQ(d.getItem(5)->label, QStringLiteral("Facility available"));
+
+    EXPECT_EQ(entriesOf(d.getItem(0)), (QStringList{"1=North", "2=South", "3=East", "4=West"}));
+    EXPECT_EQ(d.getItem(0)->getValueSet(0)->name, QStringLiteral("PROVINCE_VS1"));
+    EXPECT_EQ(d.getItem(0)->getValueSet(0)->label, QStringLiteral("Province"));
+    EXPECT_FALSE(d.getItem(1)->getHasValueSet());
+    EXPECT_FALSE(d.getItem(2)->getHasValueSet());
+    EXPECT_EQ(entriesOf(d.getItem(3)),
+              (QStringList{"1=Detached house", "2=Apartment", "3=Traditional hut", "9=Not reported"}));
+    for (int i = 4; i <= 6; ++i)
+        EXPECT_EQ(entriesOf(d.getItem(i)), (QStringList{"2=No", "1=Yes"}));
+    EXPECT_EQ(entriesOf(d.getItem(7)),
+              (QStringList{"0.5=Under one hectare", "1:99=One hectare or more", "999=Not reported"}));
+    EXPECT_EQ(entriesOf(d.getItem(8)), (QStringList{"A=Piped into dwelling", "B:D=Well or spring", "X=Other source"}));
+    EXPECT_FALSE(d.getItem(9)->getHasValueSet());
+    EXPECT_EQ(entriesOf(d.getItem(10)), (QStringList{"1=Head", "2=Spouse", "3=Child", "4:8=Other relative"}));
+    EXPECT_EQ(entriesOf(d.getItem(11)), (QStringList{"1=Male", "2=Female"}));
+    EXPECT_EQ(entriesOf(d.getItem(12)), (QStringList{"0:98=", "999=Not reported", "998=Not applicable"}));
+    EXPECT_FALSE(d.getItem(13)->getHasValueSet());
+    EXPECT_FALSE(d.getItem(14)->getHasValueSet());
+}
+
+// ----------------------------------------------------------------- robustness
+
+namespace {
+QByteArray censusJson()
+{
+    QFile f(kxtest::dataPath(QStringLiteral("census.json")));
+    EXPECT_TRUE(f.open(QIODevice::ReadOnly));
+    return f.readAll();
+}
+
+void loadsCleanly(const QTemporaryDir &dir, const QByteArray &bytes)
+{
+    const QString path = kxtest::writeFile(dir, QStringLiteral("fuzz.json"), bytes);
+    TCSProJson d;
+    d.setDecimalMode(2);
+    d.setDecimalAnswer(QMessageBox::NoToAll);
+    try {
+        d.loadFromFile(path);
+    } catch (KxErrorManager *e) {
+        delete e;
+    }
+    for (int i = 0; i < d.getItemsCount(); ++i)
+        ASSERT_NE(d.getItem(i)->record, nullptr);
+}
+} // namespace
+
+TEST(CSProJson, TruncatedDictionariesLoadCleanly)
+{
+    QTemporaryDir dir;
+    const QByteArray json = censusJson();
+    for (int n = 0; n <= json.size(); n += 11)
+        loadsCleanly(dir, json.left(n));
+}
+
+TEST(CSProJson, GarbledDictionariesLoadCleanly)
+{
+    QTemporaryDir dir;
+    const QByteArray json = censusJson();
+    const QByteArray alphabet("{}[]\":,0123456789-.eE tfn\x00\xff", 28);
+    QRandomGenerator rng(20240611);
+    for (int round = 0; round < 300; ++round) {
+        QByteArray bytes = json;
+        const int flips = 1 + int(rng.bounded(6));
+        for (int f = 0; f < flips; ++f) {
+            const int at = int(rng.bounded(bytes.size()));
+            bytes[at] = rng.bounded(2) ? alphabet.at(int(rng.bounded(alphabet.size()))) : char(rng.bounded(256));
+        }
+        loadsCleanly(dir, bytes);
+    }
+}
+
+TEST(CSProJson, HugeOccurrenceCountIsClampedToTheMaximum)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"length\":1,"
+                            "\"occurrences\":{\"maximum\":2000000000}},{\"name\":\"B\",\"length\":1}]}"));
+    ASSERT_EQ(d.getItemsCount(), TCSPro::MaxOccurrences + 1);
+    EXPECT_EQ(d.getItem(TCSPro::MaxOccurrences - 1)->name, QStringLiteral("A_9999"));
+    EXPECT_EQ(d.getItem(TCSPro::MaxOccurrences)->start, 1 + TCSPro::MaxOccurrences);
+}
+
+TEST(CSProJson, PositionsNearTheIntLimitDoNotOverflow)
+{
+    TCSProJson d;
+    loadJson(d, withRecords("{\"name\":\"R\",\"items\":[{\"name\":\"A\",\"start\":2147483600,\"length\":30,"
+                            "\"occurrences\":{\"maximum\":5}},{\"name\":\"B\",\"length\":2147483647},"
+                            "{\"name\":\"C\",\"length\":2147483647},{\"name\":\"D\",\"start\":-2147483648,"
+                            "\"length\":-5,\"occurrences\":{\"maximum\":3}}]}"));
+    // Copies whose start would pass the int limit are not made.
+    ASSERT_GE(d.getItemsCount(), 4);
+    EXPECT_EQ(d.getItem(0)->name, QStringLiteral("A_1"));
+    EXPECT_EQ(d.getItem(1)->name, QStringLiteral("A_2"));
+    EXPECT_EQ(d.getItem(2)->name, QStringLiteral("B"));
+    EXPECT_EQ(d.getItem(2)->start, 2147483647);
+    EXPECT_EQ(d.getItem(3)->start, 2147483647);
+}
