@@ -22,6 +22,9 @@
 #include "CSProJson.h"
 #include "KxRecord.h"
 #include "KxDataProvider.h"
+#include "CSProImportCore.h"
+#include "CSProDataImport.h"
+#include "CSProJsonDataImport.h"
 
 //! Marker class of the library.
 class MODEL_KELADMIN_EXPORT Model_KelAdmin

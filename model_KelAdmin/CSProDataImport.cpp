@@ -1,0 +1,10 @@
+#include "CSProDataImport.h"
+
+TCSProDataImport::TCSProDataImport() = default;
+
+TCSProDataImport::TCSProDataImport(QString sourceName)
+    : TCSProImportCore(sourceName)
+{
+}
+
+TCSProDataImport::~TCSProDataImport() = default;

@@ -1,0 +1,396 @@
+#include "CSProImportCore.h"
+
+#include "CSProDataImport.h"
+#include "CSProDictionary.h"
+#include "CSProJsonDataImport.h"
+#include "KxConstants.h"
+
+#include <QDebug>
+
+#include <cmath>
+#include <cstring>
+#include <string>
+
+namespace {
+
+// A value holds at most this many characters, so longer bounds mean nothing;
+// it also keeps a hostile item length from asking for a huge text.
+constexpr qint64 MaxBoundDigits = TGenericField::ValueCapacity;
+
+int boundDigits(qint64 count)
+{
+    return int(qBound<qint64>(0, count, MaxBoundDigits));
+}
+
+double codeNumber(const TValueSetItem *entry)
+{
+    if (!entry)
+        return 0.0;
+    bool ok = false;
+    const double v = entry->code.toDouble(&ok);
+    return ok ? v : 0.0;
+}
+
+QString formatNumber(double v)
+{
+    return QString::number(v, 'g', 6);
+}
+
+// What tells the two dictionary forms apart besides their reader.
+template <class Reader>
+struct ImportTraits;
+
+template <>
+struct ImportTraits<TCSPro>
+{
+    static QString typeName() { return QStringLiteral("CSPRO"); }
+    static QString debugName() { return QStringLiteral("TCSProDataImport"); }
+};
+
+template <>
+struct ImportTraits<TCSProJson>
+{
+    static QString typeName() { return QStringLiteral("CSPRO8"); }
+    static QString debugName() { return QStringLiteral("TCSProJsonImport"); }
+};
+
+} // namespace
+
+// ------------------------------------------------------------- TCSProVariable
+
+TCSProVariable::TCSProVariable(TDataImport *owner, TCSProItem *item)
+    : TGenericField(owner)
+    , copiedFlag(importFlag)
+    , item(item)
+{
+}
+
+TCSProVariable::~TCSProVariable() = default;
+
+bool TCSProVariable::isMissing()
+{
+    if (missingFlag)
+        return true;
+    if (!item || item->missingCode.isEmpty())
+        return false;
+    return item->missingCode == valueText();
+}
+
+bool TCSProVariable::isNotApplicable()
+{
+    if (!item || item->notApplCode.isEmpty())
+        return false;
+    return item->notApplCode == valueText();
+}
+
+bool TCSProVariable::isBlank()
+{
+    return valueText().trimmed().isEmpty();
+}
+
+QString TCSProVariable::getGroup()
+{
+    return recordName;
+}
+
+void TCSProVariable::setAsString(QString text)
+{
+    const std::wstring wide = text.toStdWString();
+    copyIntoValue(wide.data(), int(qMin<size_t>(wide.size(), ValueCapacity)));
+    if (isMissing() || isNotApplicable() || isBlank())
+        return;
+    switch (fieldType) {
+    case 1:
+        realValue = parseNumber(text);
+        integerValue = realValue;
+        break;
+    case 2: {
+        realValue = parseNumber(text);
+        // Without a dictionary item the field's own flag decides.
+        const bool implied = item ? !item->decimalChar : !decimalCharPresent;
+        if (implied && !decimals.isEmpty()) {
+            bool ok = false;
+            const int places = decimals.toInt(&ok);
+            realValue /= std::pow(10.0, ok ? places : 0);
+        }
+        break;
+    }
+    case 3:
+        break;
+    default:
+        // Marks a field whose type was never set: two characters of 0x15151515.
+        std::memset(value, 0x15, 8);
+        break;
+    }
+}
+
+// ----------------------------------------------------------- TCSProImportCore
+
+template <class Reader, class Variable>
+TCSProImportCore<Reader, Variable>::TCSProImportCore() = default;
+
+template <class Reader, class Variable>
+TCSProImportCore<Reader, Variable>::TCSProImportCore(QString sourceName)
+    : TDataImport(sourceName)
+    , groups(new QStringList)
+{
+    qDebug().noquote() << ImportTraits<Reader>::debugName() + QStringLiteral(" Constructor");
+    initDataImport();
+}
+
+// The reader, the group list and the fields stay alive: source fields and
+// callers may still point into the dictionary.
+template <class Reader, class Variable>
+TCSProImportCore<Reader, Variable>::~TCSProImportCore() = default;
+
+template <class Reader, class Variable>
+QString TCSProImportCore<Reader, Variable>::getDataProviderType()
+{
+    return ImportTraits<Reader>::typeName();
+}
+
+template <class Reader, class Variable>
+QStringList *TCSProImportCore<Reader, Variable>::selectLayoutSource()
+{
+    qDebug().noquote() << ImportTraits<Reader>::debugName() + QStringLiteral(" - selectLayoutSource");
+    return TDataImport::selectLayoutSource();
+}
+
+template <class Reader, class Variable>
+QString TCSProImportCore<Reader, Variable>::getDataProviderId()
+{
+    return getDataProviderType() + UNDERSCORE + sourceName;
+}
+
+template <class Reader, class Variable>
+bool TCSProImportCore<Reader, Variable>::openFile()
+{
+    openDataImport();
+    openingValue = 1.0;
+    importCounter = 1;
+    openRead(getSourceName());
+    return true;
+}
+
+template <class Reader, class Variable>
+bool TCSProImportCore<Reader, Variable>::isMultiple()
+{
+    return getRecordTypeSize() > 0;
+}
+
+template <class Reader, class Variable>
+int TCSProImportCore<Reader, Variable>::getGroupCount()
+{
+    return groups ? groups->count() : 0;
+}
+
+template <class Reader, class Variable>
+QString TCSProImportCore<Reader, Variable>::getGroupName(int i)
+{
+    if (i < 0 || i >= getGroupCount())
+        return QString();
+    return groups->at(i);
+}
+
+template <class Reader, class Variable>
+QString TCSProImportCore<Reader, Variable>::getGroupValue(int i)
+{
+    if (i < 0 || i >= getGroupCount())
+        return QString();
+    const QString name = getGroupName(i);
+    for (const QString &entry : qAsConst(*groups)) {
+        if (entry.contains(name, Qt::CaseSensitive))
+            return entry;
+    }
+    return QString();
+}
+
+template <class Reader, class Variable>
+int TCSProImportCore<Reader, Variable>::getRecordTypeIndex(QString value)
+{
+    if (!dictionary)
+        return -1;
+    for (int i = dictionary->getRecordsCount() - 1; i >= 0; --i) {
+        const TCSProRecord *record = dictionary->getRecord(i);
+        if (record && record->recordTypeValue == value)
+            return i;
+    }
+    return -1;
+}
+
+template <class Reader, class Variable>
+int TCSProImportCore<Reader, Variable>::getRecordTypeIndex()
+{
+    if (!dictionary)
+        return -1;
+    const int count = dictionary->getRecordsCount();
+    for (int i = 0; i < count; ++i) {
+        const TCSProRecord *record = dictionary->getRecord(i);
+        if (record && record->recordTypeValue == currentRecordType)
+            return i;
+    }
+    return -1;
+}
+
+template <class Reader, class Variable>
+int TCSProImportCore<Reader, Variable>::getRecordTypeStart()
+{
+    return recordTypeStart;
+}
+
+template <class Reader, class Variable>
+int TCSProImportCore<Reader, Variable>::getRecordTypeSize()
+{
+    return recordTypeLen;
+}
+
+template <class Reader, class Variable>
+void TCSProImportCore<Reader, Variable>::openRead(QString path)
+{
+    // A previous reader is not released: earlier fields still point at its items.
+    dictionary = new Reader;
+    dictionary->loadFromFile(path);
+    recordTypeStart = dictionary->recordTypeStart;
+    recordTypeLen = dictionary->recordTypeLen;
+
+    if (!groups)
+        groups = new QStringList;
+    groups->clear();
+    const int records = dictionary->getRecordsCount();
+    for (int i = 0; i < records; ++i) {
+        const TCSProRecord *record = dictionary->getRecord(i);
+        if (record)
+            groups->append(record->name + EQUALCHR + record->recordTypeValue);
+    }
+
+    notRead = false;
+    copyDataFromDictionary();
+}
+
+template <class Reader, class Variable>
+void TCSProImportCore<Reader, Variable>::copyDataFromDictionary()
+{
+    if (!dictionary)
+        return;
+    const int count = dictionary->getItemsCount();
+    for (int i = 0; i < count; ++i) {
+        TCSProItem *item = dictionary->getItem(i);
+        if (!item)
+            continue;
+        auto *field = new Variable(this, item);
+        fillFromItem(field, item);
+        addField(field);
+    }
+}
+
+template <class Reader, class Variable>
+void TCSProImportCore<Reader, Variable>::fillFromItem(Variable *field, TCSProItem *item)
+{
+    if (isMultiple() && item->record)
+        field->setRecordName(item->record->name);
+
+    const bool text = item->isAlpha == 1;
+    if (text) {
+        field->setFieldType(3);
+    } else if (item->decimal == 0) {
+        field->setDecimals(QStringLiteral("0"));
+        // Whole numbers longer than nine digits do not fit an int: held as reals.
+        field->setFieldType(item->len <= 9 ? 1 : 2);
+    } else {
+        field->setDecimals(QString::number(item->decimal));
+        field->setFieldType(2);
+    }
+
+    field->setName(item->name);
+    field->setLabel(item->label);
+    field->setSize(item->len);
+    field->setStart(item->start);
+    field->setMissingCode(item->missingCode);
+    field->setNotApplicableCode(item->notApplCode);
+
+    if (!text) {
+        field->setMinimum(QStringLiteral("0"));
+        field->setMaximum(StringOfChar('9', boundDigits(item->len)));
+    }
+
+    if (!item->getHasValueSet()) {
+        if (!text && item->decimal > 0) {
+            if (item->decimalChar) {
+                field->setMaximum(StringOfChar('9', boundDigits(qint64(item->len) - 1)));
+            } else {
+                const qint64 integerDigits = qint64(item->len) - item->decimal;
+                field->setMaximum(integerDigits == 0 ? QStringLiteral("9") : StringOfChar('9', boundDigits(integerDigits)));
+            }
+        }
+        return;
+    }
+
+    // Bounds start at the first and last entries of the first value set,
+    // special or not; only the walk below skips special entries.
+    const bool numeric = field->getFieldType() == 1 || field->getFieldType() == 2;
+    double low = 0.0;
+    double high = 0.0;
+    bool rangeFound = false;
+    TCSProValueSet *first = item->getValueSet(0);
+    if (numeric && first && first->getCount() >= 1) {
+        low = codeNumber(first->getValueSetItem(0));
+        high = codeNumber(first->getValueSetItem(first->getCount() - 1));
+        rangeFound = true;
+    }
+
+    QString labels;
+    const int sets = item->getCount();
+    for (int s = 0; s < sets; ++s) {
+        TCSProValueSet *valueSet = item->getValueSet(s);
+        if (!valueSet)
+            continue;
+        const int entries = valueSet->getCount();
+        for (int e = 0; e < entries; ++e) {
+            const TValueSetItem *entry = valueSet->getValueSetItem(e);
+            if (!entry || entry->special)
+                continue;
+            QString code = entry->code;
+            if (numeric) {
+                const double x = codeNumber(entry);
+                if (x < low)
+                    low = x;
+                if (x > high)
+                    high = x;
+                if (field->getFieldType() == 1)
+                    code = formatNumber(x);
+            }
+            labels += code + SPACECHR + entry->name + TABCHR;
+        }
+    }
+    field->setValueLabels(field->getValueLabels() + labels);
+    field->setMinimum(formatNumber(low));
+    if (rangeFound)
+        field->setMaximum(formatNumber(high));
+}
+
+template <class Reader, class Variable>
+void TCSProImportCore<Reader, Variable>::getVarMissingValue(TGenericField *field)
+{
+    auto *variable = dynamic_cast<TCSProVariable *>(field);
+    if (variable && variable->getItem())
+        variable->setMissingCode(variable->getItem()->missingCode);
+}
+
+template <class Reader, class Variable>
+void TCSProImportCore<Reader, Variable>::getNotApplicable(TGenericField *field)
+{
+    auto *variable = dynamic_cast<TCSProVariable *>(field);
+    if (variable && variable->getItem())
+        variable->setNotApplicableCode(variable->getItem()->notApplCode);
+}
+
+template <class Reader, class Variable>
+QString TCSProImportCore<Reader, Variable>::StringOfChar(char c, int n)
+{
+    if (n <= 0)
+        return QString();
+    return QString(n, QLatin1Char(c));
+}
+
+template class TCSProImportCore<TCSPro, TCSProVariable>;
+template class TCSProImportCore<TCSProJson, TCSProJsonVariable>;
