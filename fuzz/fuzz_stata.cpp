@@ -1,0 +1,4 @@
+// libFuzzer target: Stata data file (TSTATADataImport::openFile).
+#include "FuzzTarget.h"
+
+KX_FUZZ_TARGET(kxfuzz::Reader::Stata)

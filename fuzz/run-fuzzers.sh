@@ -1,0 +1,79 @@
+#!/usr/bin/env bash
+# Builds the libFuzzer targets with clang, AddressSanitizer and
+# UndefinedBehaviorSanitizer, and runs each target for SECONDS seconds, one
+# after another.
+#
+#   fuzz/run-fuzzers.sh SECONDS [TARGET...]
+#
+# TARGET is one of cspro_text cspro_json lookup spss stata (default: all).
+# Environment: KX_FUZZ_BUILD (build folder, default /tmp/build-fuzz),
+# KX_FUZZ_OUT (findings, default $KX_FUZZ_BUILD/findings), KX_JOBS (build
+# jobs, default 2). Crashes, hangs and sanitizer reports are saved as
+# $KX_FUZZ_OUT/<target>/crash-*, timeout-*, oom-*; the inputs that grew
+# coverage go to $KX_FUZZ_BUILD/corpus/<target> (the seed folders under
+# fuzz/corpus are only read). Each run's log is $KX_FUZZ_OUT/<target>.log.
+# Exit status 1 when any target found something.
+set -euo pipefail
+
+if [[ $# -lt 1 || ! $1 =~ ^[0-9]+$ ]]; then
+  sed -n '2,16p' "$0" | sed 's/^# \{0,1\}//'
+  exit 2
+fi
+seconds=$1
+shift
+targets=("$@")
+[[ ${#targets[@]} -gt 0 ]] || targets=(cspro_text cspro_json lookup spss stata)
+
+here=$(cd "$(dirname "$0")" && pwd)
+src=$(cd "$here/.." && pwd)
+build=${KX_FUZZ_BUILD:-/tmp/build-fuzz}
+out=${KX_FUZZ_OUT:-$build/findings}
+
+CC=clang CXX=clang++ cmake -S "$src" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  -DKX_BUILD_FUZZERS=ON -DKX_SANITIZE=ON -DKX_BUILD_TESTS=OFF -DKX_BUILD_TOOLS=OFF \
+  -DCMAKE_CXX_FLAGS="-fsanitize=fuzzer-no-link" >/dev/null
+cmake --build "$build" -j"${KX_JOBS:-2}" --target kx_make_readstat_seeds \
+  $(printf 'fuzz_%s ' "${targets[@]}")
+
+# SPSS and Stata seeds are written by ReadStat's writer; the committed copies
+# under fuzz/corpus are used as they are, fresh ones are added to the work corpus.
+"$build/fuzz/kx_make_readstat_seeds" "$build/seeds"
+
+# The readers leave their dictionary model alive on purpose and the targets
+# free it themselves; leak reports would stop at the first error path.
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=0:abort_on_error=1:symbolize=1}
+export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
+
+status=0
+summary=()
+for target in "${targets[@]}"; do
+  corpus="$build/corpus/$target"
+  artifacts="$out/$target"
+  mkdir -p "$corpus" "$artifacts"
+  seeds=("$here/corpus/$target")
+  [[ -d "$build/seeds/$target" ]] && seeds+=("$build/seeds/$target")
+  dict=()
+  case $target in
+    cspro_text|lookup) dict=(-dict="$here/cspro.dict") ;;
+    cspro_json) dict=(-dict="$here/json.dict") ;;
+  esac
+  log="$out/$target.log"
+  echo "== $target: ${seconds}s, log $log"
+  set +e
+  "$build/fuzz/fuzz_$target" "$corpus" "${seeds[@]}" "${dict[@]}" \
+    -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -max_len=65536 \
+    -close_fd_mask=1 -print_final_stats=1 -artifact_prefix="$artifacts/" >"$log" 2>&1
+  rc=$?
+  set -e
+  execs=$(grep -o 'stat::number_of_executed_units: *[0-9]*' "$log" | grep -o '[0-9]*$' || true)
+  speed=$(grep -o 'stat::average_exec_per_sec: *[0-9]*' "$log" | grep -o '[0-9]*$' || true)
+  cov=$(grep -o 'cov: [0-9]*' "$log" | tail -1 | grep -o '[0-9]*' || true)
+  found=$(find "$artifacts" -type f | wc -l)
+  [[ $rc -eq 0 && $found -eq 0 ]] || status=1
+  summary+=("$(printf '%-11s exit %-3s executions %-10s exec/s %-7s coverage %-6s findings %s' \
+    "$target" "$rc" "${execs:-?}" "${speed:-?}" "${cov:-?}" "$found")")
+done
+
+echo
+printf '%s\n' "${summary[@]}"
+exit $status
