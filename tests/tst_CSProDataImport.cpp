@@ -601,3 +601,335 @@ TEST(CSProVariable, JsonVariableIsACSProVariable)
     text.getVarMissingValue(&f);
     EXPECT_EQ(f.getMissingCode(), QStringLiteral("9"));
 }
+
+// ------------------------------------------ census dictionaries end to end
+
+namespace {
+
+struct ExpectedField
+{
+    QString name;
+    QString label;
+    QString type;
+    int start;
+    int size;
+    int decimals;
+    QString minimum;
+    QString maximum;
+    QString valueLabels;
+    QString group;
+};
+
+QString occurrence(const QString &name, int k)
+{
+    return name + QStringLiteral("_") + QChar(k);
+}
+
+// The text dictionary as the text reader gives it: FACILITY expanded with
+// occurrence characters 1 to 3; the MISSING/NOTAPPL lines written
+// "Name=MISSING,Special" mark nothing, so 9, 999 and 998 stay ordinary codes;
+// value ranges are stored as their two bound codes; the alpha codes 'A' and
+// 'X' keep their closing apostrophe and "B:D F:G" adds the pieces B, D, G.
+// LANDAREA's decimal code 0.5 becomes 0 after the prompt is answered Yes.
+QList<ExpectedField> censusTextFields()
+{
+    const QString h = QStringLiteral("HOUSING");
+    const QString p = QStringLiteral("PERSON");
+    const QString c = QStringLiteral("Common");
+    QList<ExpectedField> f{
+        {"PROVINCE", "Province", "INTEGER", 2, 2, 0, "1", "4", "1 North\t2 South\t3 East\t4 West\t", c},
+        {"DISTRICT", "District", "INTEGER", 4, 2, 0, "0", "99", "", c},
+        {"HHNUM", "Household number", "INTEGER", 6, 4, 0, "0", "9999", "", c},
+        {"DWELLING", "Type of dwelling", "INTEGER", 10, 1, 0, "1", "9",
+         "1 Detached house\t2 Apartment\t3 Traditional hut\t9 Not reported\t", h},
+    };
+    for (int k = 1; k <= 3; ++k)
+        f << ExpectedField{occurrence("FACILITY", k), "Facility available", "INTEGER", 10 + k, 1, 0, "1", "2",
+                           "1 Yes\t2 No\t", h};
+    f << ExpectedField{"LANDAREA", "Land area in hectares", "REAL", 14, 5, 1, "0", "999",
+                       "0 Under one hectare\t1 One hectare or more\t99 One hectare or more\t999 Not reported\t", h}
+      << ExpectedField{"WATER", "Source of drinking water", "STRING", 19, 1, 0, "0", "",
+                       "A' Piped into dwelling\tB Well or spring\tD Well or spring\tD F:G Well or spring\t"
+                       "G Well or spring\tX' Other source\t",
+                       h}
+      << ExpectedField{"LINE", "Person line number", "INTEGER", 10, 2, 0, "0", "99", "", p}
+      << ExpectedField{"RELATION", "Relationship to head", "INTEGER", 12, 1, 0, "1", "8",
+                       "1 Head\t2 Spouse\t3 Child\t4 Other relative\t8 Other relative\t", p}
+      << ExpectedField{"SEX", "Sex", "INTEGER", 13, 1, 0, "1", "2", "1 Male\t2 Female\t", p}
+      << ExpectedField{"AGE", "Age in completed years", "INTEGER", 14, 3, 0, "0", "999",
+                       "0 \t98 \t998 Not applicable\t999 Not reported\t", p}
+      << ExpectedField{"BIRTHDATE", "Date of birth", "INTEGER", 17, 6, 0, "0", "999999", "", p}
+      << ExpectedField{"BIRTHYEAR", "Year of birth", "INTEGER", 17, 4, 0, "0", "9999", "", p}
+      << ExpectedField{"BIRTHMONTH", "Month of birth", "INTEGER", 21, 2, 0, "1", "12", "1 Month\t12 Month\t", p}
+      << ExpectedField{"OCCUP", "Occupation code", "STRING", 23, 4, 0, "", "", "", p};
+    return f;
+}
+
+// The JSON dictionary as the JSON reader gives it: positions follow the
+// running position, FACILITY becomes FACILITY_1 to _3 each with its own
+// unsorted value set, no number of decimals is read (LANDAREA is a whole
+// number of length 5), subitems are ignored, a range stays one code "1:99"
+// that reads as the number 0, and the "special" keys mark nothing.
+QList<ExpectedField> censusJsonFields()
+{
+    const QString h = QStringLiteral("HOUSING");
+    const QString p = QStringLiteral("PERSON");
+    const QString c = QStringLiteral("Common");
+    QList<ExpectedField> f{
+        {"PROVINCE", "Province", "INTEGER", 2, 2, 0, "1", "4", "1 North\t2 South\t3 East\t4 West\t", c},
+        {"DISTRICT", "District", "INTEGER", 4, 2, 0, "0", "99", "", c},
+        {"HHNUM", "Household number", "INTEGER", 6, 4, 0, "0", "9999", "", c},
+        {"DWELLING", "Type of dwelling", "INTEGER", 10, 1, 0, "1", "9",
+         "1 Detached house\t2 Apartment\t3 Traditional hut\t9 Not reported\t", h},
+    };
+    for (int k = 1; k <= 3; ++k)
+        f << ExpectedField{QStringLiteral("FACILITY_%1").arg(k), "Facility available", "INTEGER", 10 + k, 1, 0,
+                           "1", "2", "2 No\t1 Yes\t", h};
+    f << ExpectedField{"LANDAREA", "Land area in hectares", "INTEGER", 14, 5, 0, "0", "999",
+                       "0.5 Under one hectare\t0 One hectare or more\t999 Not reported\t", h}
+      << ExpectedField{"WATER", "Source of drinking water", "STRING", 19, 1, 0, "0", "",
+                       "A Piped into dwelling\tB:D Well or spring\tX Other source\t", h}
+      << ExpectedField{"LINE", "Person line number", "INTEGER", 10, 2, 0, "0", "99", "", p}
+      << ExpectedField{"RELATION", "Relationship to head", "INTEGER", 12, 1, 0, "0", "3",
+                       "1 Head\t2 Spouse\t3 Child\t0 Other relative\t", p}
+      << ExpectedField{"SEX", "Sex", "INTEGER", 13, 1, 0, "1", "2", "1 Male\t2 Female\t", p}
+      << ExpectedField{"AGE", "Age in completed years", "INTEGER", 14, 3, 0, "0", "999",
+                       "0 \t999 Not reported\t998 Not applicable\t", p}
+      << ExpectedField{"BIRTHDATE", "Date of birth", "INTEGER", 17, 6, 0, "0", "999999", "", p}
+      << ExpectedField{"OCCUP", "Occupation code", "STRING", 23, 4, 0, "", "", "", p};
+    return f;
+}
+
+void expectSourceFields(const TKxDataProvider &provider, const QList<ExpectedField> &expected,
+                        const QString &fieldProviderType)
+{
+    ASSERT_NE(provider.getSourceFields(), nullptr);
+    ASSERT_EQ(provider.getSourceFields()->count(), expected.count());
+    for (int i = 0; i < expected.count(); ++i) {
+        const ExpectedField &e = expected.at(i);
+        const TKxSourceField *f = provider.getSourceFields()->at(i);
+        SCOPED_TRACE(qPrintable(e.name));
+        EXPECT_EQ(f->getFieldName(), e.name);
+        EXPECT_EQ(f->getLabel(), e.label);
+        EXPECT_EQ(f->getFieldType(), e.type);
+        EXPECT_EQ(f->getStart(), e.start);
+        EXPECT_EQ(f->getSize(), e.size);
+        EXPECT_EQ(f->getDecimals(), e.decimals);
+        EXPECT_EQ(f->getMinimum(), e.minimum);
+        EXPECT_EQ(f->getMaximum(), e.maximum);
+        EXPECT_EQ(f->getMissingCode(), QString());
+        EXPECT_EQ(f->getNotApplicableCode(), QString());
+        EXPECT_EQ(f->getValueLabels(), e.valueLabels);
+        EXPECT_EQ(f->getGroup(), e.group);
+        EXPECT_EQ(f->getDataProviderType(), fieldProviderType);
+        // setFieldType stores the name only.
+        EXPECT_EQ(f->getFieldTypeIndex(), 0);
+    }
+}
+
+// A data line of distinct letters shows which columns each field cuts: the
+// source field's start is taken as a position counted from 0.
+const QString Letters = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ");
+
+void expectRecordLayout(TDataImport &importer, TKxDataProvider &provider)
+{
+    EXPECT_TRUE(importer.isMultiple());
+    EXPECT_EQ(importer.getRecordTypeStart(), 1);
+    EXPECT_EQ(importer.getRecordTypeSize(), 1);
+    EXPECT_EQ(importer.getGroupCount(), 2);
+    EXPECT_EQ(importer.getGroupName(0), QStringLiteral("HOUSING=H"));
+    EXPECT_EQ(importer.getGroupName(1), QStringLiteral("PERSON=P"));
+    EXPECT_EQ(importer.getGroupValue(1), QStringLiteral("PERSON=P"));
+    EXPECT_EQ(importer.getRecordTypeIndex(QStringLiteral("H")), 0);
+    EXPECT_EQ(importer.getRecordTypeIndex(QStringLiteral("P")), 1);
+    EXPECT_EQ(importer.getRecordTypeIndex(QStringLiteral("_COMMON_")), -1);
+
+    EXPECT_EQ(provider.getRecordTypeStart(), 1);
+    EXPECT_EQ(provider.getRecordTypeSize(), 1);
+    ASSERT_NE(provider.getRecordTree(), nullptr);
+    EXPECT_EQ(provider.getRecordTree()->getFirstChild(), nullptr);
+    EXPECT_EQ(provider.getImportData(), &importer);
+    EXPECT_EQ(provider.getLayoutFileName(), importer.getSourceName());
+
+    // Fields of the common record belong to no other record.
+    EXPECT_NE(provider.getFieldFromRecord("PROVINCE", "common"), nullptr);
+    EXPECT_EQ(provider.getFieldFromRecord("PROVINCE", "PERSON"), nullptr);
+    EXPECT_EQ(provider.getFieldFromRecord("AGE", "person"), provider.getField("AGE"));
+    EXPECT_EQ(provider.getFieldFromRecord("AGE", "housing"), nullptr);
+
+    // The record type is cut at position 1 of the line as well.
+    provider.setCurrentLine("H0312004221210125B");
+    EXPECT_EQ(provider.getRecordTypeValue(), QStringLiteral("0"));
+    provider.setCurrentLine(Letters);
+    EXPECT_EQ(provider.getRecordTypeValue(), QStringLiteral("B"));
+}
+
+void expectCuts(TKxDataProvider &provider, const QList<QPair<QString, QString>> &cuts)
+{
+    for (const auto &cut : cuts) {
+        TKxSourceField *f = provider.getField(cut.first);
+        ASSERT_NE(f, nullptr) << qPrintable(cut.first);
+        EXPECT_EQ(f->getStringValue(Letters), cut.second) << qPrintable(cut.first);
+    }
+}
+
+} // namespace
+
+TEST(CensusImport, TextDictionaryGivesTheCensusSourceFields)
+{
+    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    {
+        kxtest::ModalPresser presser({QMessageBox::Yes});
+        importer.openFile();
+        ASSERT_EQ(presser.seen().size(), 1);
+        EXPECT_EQ(presser.seen().at(0).text, QStringLiteral("<b>A decimal number was found</b>"));
+    }
+    TKxDataProvider provider;
+    ASSERT_TRUE(provider.genericGetFieldsFrom(&importer));
+    EXPECT_EQ(provider.getDataProviderType(), QStringLiteral("CSPRO"));
+    EXPECT_EQ(provider.getDataProviderTypeIndex(), 1);
+    EXPECT_EQ(provider.getDataProviderId(), QStringLiteral("CSPRO_") + kxtest::dataPath("census.dcf"));
+    expectSourceFields(provider, censusTextFields(), QStringLiteral("CSPRO"));
+}
+
+TEST(CensusImport, TextDictionaryRecordLayout)
+{
+    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    {
+        kxtest::ModalPresser presser({QMessageBox::Yes});
+        importer.openFile();
+    }
+    TKxDataProvider provider;
+    provider.genericGetFieldsFrom(&importer);
+    expectRecordLayout(importer, provider);
+}
+
+TEST(CensusImport, TextDictionaryFieldsCutTheirColumns)
+{
+    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    {
+        kxtest::ModalPresser presser({QMessageBox::Yes});
+        importer.openFile();
+    }
+    TKxDataProvider provider;
+    provider.genericGetFieldsFrom(&importer);
+    expectCuts(provider, {{"PROVINCE", "CD"},
+                          {"DISTRICT", "EF"},
+                          {"HHNUM", "GHIJ"},
+                          {"DWELLING", "K"},
+                          {occurrence("FACILITY", 1), "L"},
+                          {occurrence("FACILITY", 2), "M"},
+                          {occurrence("FACILITY", 3), "N"},
+                          {"LANDAREA", "OPQRS"},
+                          {"WATER", "T"},
+                          {"LINE", "KL"},
+                          {"RELATION", "M"},
+                          {"SEX", "N"},
+                          {"AGE", "OPQ"},
+                          {"BIRTHDATE", "RSTUVW"},
+                          {"BIRTHYEAR", "RSTU"},
+                          {"BIRTHMONTH", "VW"},
+                          {"OCCUP", "XYZ"}});
+
+    // A housing line of the census: position 19 is past its end.
+    const QString housing = QStringLiteral("H0312004221210125B");
+    EXPECT_EQ(provider.getField("HHNUM")->getStringValue(housing), QStringLiteral("0422"));
+    EXPECT_EQ(provider.getField("LANDAREA")->getStringValue(housing), QStringLiteral("125B"));
+    TKxSourceField *water = provider.getField("WATER");
+    EXPECT_EQ(water->getStringValue(housing), QString());
+    EXPECT_TRUE(water->getIsBlankValue());
+    // A short person line yields what exists from the start position on.
+    TKxSourceField *birth = provider.getField("BIRTHDATE");
+    EXPECT_EQ(birth->getStringValue(QStringLiteral("P031200420113045198")), QStringLiteral("98"));
+    EXPECT_FALSE(birth->getIsBlankValue());
+}
+
+TEST(CensusImport, TextDictionaryDecimalPromptAnsweredNoDropsTheLandAreaValueSet)
+{
+    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    {
+        kxtest::ModalPresser presser({QMessageBox::No});
+        importer.openFile();
+        EXPECT_EQ(presser.seen().size(), 1);
+    }
+    TGenericField *land = importer.fieldByName("LANDAREA");
+    ASSERT_NE(land, nullptr);
+    EXPECT_EQ(land->getValueLabels(), QString());
+    EXPECT_EQ(land->getMinimum(), QStringLiteral("0"));
+    // Decimal character present, length 5: four nines.
+    EXPECT_EQ(land->getMaximum(), QStringLiteral("9999"));
+}
+
+TEST(CensusImport, JsonDictionaryGivesTheCensusSourceFields)
+{
+    TCSProJsonDataImport importer(kxtest::dataPath("census.json"));
+    importer.openFile();
+    TKxDataProvider provider;
+    ASSERT_TRUE(provider.genericGetFieldsFrom(&importer));
+    // "CSPRO8" is not a type the provider or its source fields take over.
+    EXPECT_EQ(provider.getDataProviderType(), QString());
+    EXPECT_EQ(provider.getDataProviderTypeIndex(), 0);
+    EXPECT_EQ(provider.getDataProviderId(), QStringLiteral("CSPRO8_") + kxtest::dataPath("census.json"));
+    expectSourceFields(provider, censusJsonFields(), QString());
+}
+
+TEST(CensusImport, JsonDictionaryRecordLayout)
+{
+    TCSProJsonDataImport importer(kxtest::dataPath("census.json"));
+    importer.openFile();
+    TKxDataProvider provider;
+    provider.genericGetFieldsFrom(&importer);
+    expectRecordLayout(importer, provider);
+}
+
+TEST(CensusImport, JsonDictionaryFieldsCutTheirColumns)
+{
+    TCSProJsonDataImport importer(kxtest::dataPath("census.json"));
+    importer.openFile();
+    TKxDataProvider provider;
+    provider.genericGetFieldsFrom(&importer);
+    expectCuts(provider, {{"PROVINCE", "CD"},
+                          {"DISTRICT", "EF"},
+                          {"HHNUM", "GHIJ"},
+                          {"DWELLING", "K"},
+                          {"FACILITY_1", "L"},
+                          {"FACILITY_2", "M"},
+                          {"FACILITY_3", "N"},
+                          {"LANDAREA", "OPQRS"},
+                          {"WATER", "T"},
+                          {"LINE", "KL"},
+                          {"RELATION", "M"},
+                          {"SEX", "N"},
+                          {"AGE", "OPQ"},
+                          {"BIRTHDATE", "RSTUVW"},
+                          {"OCCUP", "XYZ"}});
+}
+
+TEST(CensusImport, CensusQuestionnaireCheckedAgainstTheDictionaryRecords)
+{
+    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    {
+        kxtest::ModalPresser presser({QMessageBox::Yes});
+        importer.openFile();
+    }
+    TCSPro *dictionary = importer.getDictionaryReader();
+    ASSERT_EQ(dictionary->getRecordsCount(), 2);
+    TKxRecord housing;
+    housing.setName(dictionary->getRecord(0)->name);
+    housing.setRecordInfo(dictionary->getRecord(0));
+    TKxRecord person;
+    person.setName(dictionary->getRecord(1)->name);
+    person.setRecordInfo(dictionary->getRecord(1));
+    housing.addChild(&person);
+
+    QStringList lines{"H0312004221210125B", "P03120042011304519870301", "P03120042022204419890202"};
+    TQuestIndex q;
+    q.lines = &lines;
+    q.recordTypeStart = 0;
+    q.recordTypeLength = 1;
+    q.assembledText = QStringLiteral("OK");
+    EXPECT_EQ(housing.checkQuestionnaire(&q), QStringLiteral("OK\r\nOK\r\nOK\r\n"));
+    EXPECT_EQ(q.status, 0);
+    EXPECT_EQ(housing.retrieveRecord("PERSON"), &person);
+    housing.setFirstChild(nullptr);
+}

@@ -345,3 +345,16 @@ TEST(KxDataProvider, SourceFieldsOfAnSpssImporterKeepNoProviderType)
     EXPECT_TRUE(p.getSourceFields()->at(0)->getDataProviderType().isEmpty());
     qDeleteAll(*p.getSourceFields());
 }
+
+TEST(KxDataProvider, SourceFieldsOfAnSspsImporterTakeIndex3)
+{
+    StubImport ssps("SSPS");
+    ssps.openFile();
+    TKxDataProvider p;
+    p.genericGetFieldsFrom(&ssps);
+    EXPECT_EQ(p.getSourceFields()->at(0)->getDataProviderType(), QStringLiteral("SSPS"));
+    EXPECT_EQ(p.getSourceFields()->at(0)->getDataProviderTypeIndex(), 3);
+    // The provider itself knows no "SSPS".
+    EXPECT_TRUE(p.getDataProviderType().isEmpty());
+    qDeleteAll(*p.getSourceFields());
+}
