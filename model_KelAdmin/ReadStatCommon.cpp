@@ -168,7 +168,12 @@ int collectValueLabel(LabelSets *sets, const char *labelSet, readstat_value_t va
 {
     QList<ValueLabelEntry> &entries = sets->sets[QByteArray(labelSet)];
     ValueLabelEntry entry;
-    switch (value.type) {
+    // Read as a plain int: a type outside the enumeration must reach the
+    // default branch, not undefined behaviour.
+    int type = 0;
+    static_assert(sizeof type == sizeof value.type, "readstat_type_t is int-sized");
+    std::memcpy(&type, &value.type, sizeof type);
+    switch (type) {
     case READSTAT_TYPE_STRING:
         entry.hasString = true;
         entry.stringValue = QByteArray(value.v.string_value);
