@@ -1006,7 +1006,8 @@ TEST(CSPro, GarbledDictionariesLoadCleanly)
 {
     QTemporaryDir dir;
     const QByteArray plain = censusBytes();
-    const QByteArray alphabet("[]=:;', \n\r0123456789-.AZaz\x00\xff", 30);
+    static const char chars[] = "[]=:;', \n\r0123456789-.AZaz\x00\xff";
+    const QByteArray alphabet(chars, int(sizeof chars) - 1);
     QRandomGenerator rng(20240611);
     for (int round = 0; round < 300; ++round) {
         QByteArray bytes = plain;

@@ -576,7 +576,8 @@ TEST(CSProJson, GarbledDictionariesLoadCleanly)
 {
     QTemporaryDir dir;
     const QByteArray json = censusJson();
-    const QByteArray alphabet("{}[]\":,0123456789-.eE tfn\x00\xff", 28);
+    static const char chars[] = "{}[]\":,0123456789-.eE tfn\x00\xff";
+    const QByteArray alphabet(chars, int(sizeof chars) - 1);
     QRandomGenerator rng(20240611);
     for (int round = 0; round < 300; ++round) {
         QByteArray bytes = json;
