@@ -6,8 +6,13 @@ build="${1:-$root/build}"
 inspect="$build/tools/keladmin-inspect"
 shopt -s nullglob
 for f in "$root"/samples/*; do
-    case "$f" in *.md|*.sh) continue ;; esac
+    case "$f" in
+        *.md|*.sh) continue ;;
+        # Lookup files: tab between the area code and its name.
+        *.txt) args=(--lookup "$f" --separator tab --check) ;;
+        *) args=("$f") ;;
+    esac
     echo "== $(basename "$f")"
-    "$inspect" "$f"
+    "$inspect" "${args[@]}"
     echo
 done
