@@ -285,7 +285,7 @@ int formatDecimals(const char *format)
         return 0;
     int decimals = 0;
     // Formats have at most two digits of decimals; more are not read.
-    for (const char *p = dot + 1; *p >= '0' && *p <= '9' && p < dot + 4; ++p)
+    for (const char *p = dot + 1; p < dot + 4 && *p >= '0' && *p <= '9'; ++p)
         decimals = decimals * 10 + (*p - '0');
     return decimals;
 }
@@ -305,6 +305,7 @@ QString nines(qint64 count)
 readstat_error_t parsePass(FileKind kind, const QByteArray &path, readstat_value_label_handler valueLabels,
                            readstat_variable_handler variables, void *importer)
 {
+    // Every pass frees its parser; the label-set entries own copies of their texts.
     readstat_parser_t *parser = readstat_parser_init();
     if (!parser)
         return READSTAT_ERROR_MALLOC;

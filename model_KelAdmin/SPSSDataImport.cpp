@@ -57,6 +57,7 @@ QString TSPSSDataImport::getDataProviderType()
 bool TSPSSDataImport::openFile()
 {
     openDataImport();
+    // 1.0 marks an opened importer for callers outside this library.
     openingValue = 1.0;
     openRead(getSourceName());
     return true;

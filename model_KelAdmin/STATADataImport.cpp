@@ -62,6 +62,7 @@ bool TSTATADataImport::openFile()
     openDataImport();
     dictionary->variables.clear();
     dictionary->variablesByName.clear();
+    // 1.0 marks an opened importer for callers outside this library.
     openingValue = 1.0;
     openRead(getSourceName());
     return true;

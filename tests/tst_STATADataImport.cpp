@@ -84,6 +84,24 @@ void expectField(TGenericField *field, const Expected &e)
     EXPECT_EQ(field->getValueLabels(), QString::fromLatin1(e.valueLabels)) << e.name;
 }
 
+// The line expected for a file ReadStat fails on, with the error number
+// ReadStat gives when it reads the file on its own.
+std::string errorLineFor(const QString &path)
+{
+    readstat_parser_t *parser = readstat_parser_init();
+    const readstat_error_t alone = readstat_parse_dta(parser, QFile::encodeName(path).constData(), nullptr);
+    readstat_parser_free(parser);
+    EXPECT_NE(alone, READSTAT_OK);
+    return "Error processing " + QFile::encodeName(path).toStdString() + ": " + std::to_string(alone) + "\n";
+}
+
+std::string stdoutOfOpen(TSTATADataImport *importer)
+{
+    testing::internal::CaptureStdout();
+    importer->openFile();
+    return testing::internal::GetCapturedStdout();
+}
+
 class StataSample : public ::testing::Test
 {
 protected:
@@ -172,9 +190,7 @@ TEST_P(StataVersions, ListsEveryVariableInFileOrderWithItsDescription)
     const QString path = writeReadStatFile(dir, QStringLiteral("v.dta"), sampleDta(GetParam()), &error);
     ASSERT_FALSE(path.isEmpty()) << error.toStdString();
     TSTATADataImport importer(path);
-    testing::internal::CaptureStdout();
-    importer.openFile();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string());
+    EXPECT_EQ(stdoutOfOpen(&importer), std::string());
     const QList<Expected> expected = expectedFor(GetParam());
     ASSERT_EQ(importer.getFieldCount(), expected.size());
     for (int i = 0; i < expected.size(); ++i) {
@@ -271,11 +287,8 @@ TEST(StataFile, UnreadableFilePrintsErrorProcessingWithReadStatsNumberAndGivesNo
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("absent.dta"));
     TSTATADataImport importer(path);
-    testing::internal::CaptureStdout();
-    importer.openFile();
-    const std::string out = testing::internal::GetCapturedStdout();
     // READSTAT_ERROR_OPEN is 1.
-    EXPECT_EQ(out, "Error processing " + QFile::encodeName(path).toStdString() + ": 1\n");
+    EXPECT_EQ(stdoutOfOpen(&importer), "Error processing " + QFile::encodeName(path).toStdString() + ": 1\n");
     EXPECT_EQ(importer.getFieldCount(), 0);
 }
 
@@ -285,16 +298,8 @@ TEST(StataFile, TruncatedFilePrintsErrorProcessingAndGivesNoFields)
     const QByteArray whole = readStatBytes(sampleDta(118));
     for (int cut : {0, 10, 60, 200}) {
         const QString path = writeFile(dir, QStringLiteral("cut%1.dta").arg(cut), whole.left(cut));
-        readstat_parser_t *parser = readstat_parser_init();
-        const readstat_error_t alone = readstat_parse_dta(parser, QFile::encodeName(path).constData(), nullptr);
-        readstat_parser_free(parser);
-        ASSERT_NE(alone, READSTAT_OK);
-
         TSTATADataImport importer(path);
-        testing::internal::CaptureStdout();
-        importer.openFile();
-        EXPECT_EQ(testing::internal::GetCapturedStdout(),
-                  "Error processing " + QFile::encodeName(path).toStdString() + ": " + std::to_string(alone) + "\n");
+        EXPECT_EQ(stdoutOfOpen(&importer), errorLineFor(path));
         EXPECT_EQ(importer.getFieldCount(), 0) << "cut " << cut;
     }
 }
@@ -305,10 +310,22 @@ TEST(StataFile, DataSectionIsNotReadByTheVariablePass)
     const QByteArray whole = readStatBytes(sampleDta(114, 1000));
     ASSERT_GT(whole.size(), 20000);
     TSTATADataImport importer(writeFile(dir, QStringLiteral("rows.dta"), whole.left(whole.size() - 10000)));
-    testing::internal::CaptureStdout();
-    importer.openFile();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string());
+    EXPECT_EQ(stdoutOfOpen(&importer), std::string());
     EXPECT_EQ(importer.getFieldCount(), expectedFor(114).size());
+}
+
+TEST(StataFile, FailedVariablePassKeepsTheFieldsReadSoFar)
+{
+    // Versions 117 and 118 look past the data section, so a file cut inside
+    // it fails after the variables were delivered.
+    QTemporaryDir dir;
+    const QByteArray whole = readStatBytes(sampleDta(118, 1000));
+    ASSERT_GT(whole.size(), 20000);
+    const QString path = writeFile(dir, QStringLiteral("cutdata.dta"), whole.left(whole.size() - 10000));
+    TSTATADataImport importer(path);
+    EXPECT_EQ(stdoutOfOpen(&importer), errorLineFor(path));
+    ASSERT_EQ(importer.getFieldCount(), expectedFor(118).size());
+    EXPECT_EQ(importer.getField(0)->getName(), QStringLiteral("sex"));
 }
 
 // --- the callbacks, with records a file cannot deliver --------------------
