@@ -100,6 +100,16 @@ ReadStatFile::Variable readStatVariable(const QByteArray &name, ReadStatFile::Ty
     return v;
 }
 
+ReadStatFile::LabelSet readStatLabelSet(const QByteArray &name, ReadStatFile::Type type,
+                                        const QList<ReadStatFile::Label> &labels)
+{
+    ReadStatFile::LabelSet set;
+    set.name = name;
+    set.type = type;
+    set.labels = labels;
+    return set;
+}
+
 ReadStatFile::Label numericLabel(double number, const QByteArray &label)
 {
     ReadStatFile::Label l;

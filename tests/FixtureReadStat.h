@@ -57,6 +57,8 @@ ReadStatFile::Variable readStatVariable(const QByteArray &name, ReadStatFile::Ty
                                         const QByteArray &format = QByteArray(),
                                         const QByteArray &label = QByteArray(),
                                         const QByteArray &labelSet = QByteArray(), int storageWidth = 0);
+ReadStatFile::LabelSet readStatLabelSet(const QByteArray &name, ReadStatFile::Type type,
+                                        const QList<ReadStatFile::Label> &labels);
 ReadStatFile::Label numericLabel(double number, const QByteArray &label);
 ReadStatFile::Label stringLabel(const QByteArray &text, const QByteArray &label);
 

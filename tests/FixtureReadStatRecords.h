@@ -2,8 +2,12 @@
 #define FIXTUREREADSTATRECORDS_H
 
 // ReadStat records built by hand, for calling the importers' callbacks with
-// what a file cannot deliver (or not through ReadStat's writer).
+// what a file cannot deliver (or not through ReadStat's writer), and the
+// check of an imported field against its expected description.
 
+#include "GenericField.h"
+
+#include <gtest/gtest.h>
 #include <readstat.h>
 
 #include <cstring>
@@ -50,6 +54,30 @@ inline readstat_value_t readStatString(const char *s)
     readstat_value_t v = readStatValue(READSTAT_TYPE_STRING);
     v.v.string_value = s;
     return v;
+}
+
+//! What a test expects of an imported field.
+struct ExpectedField
+{
+    const char *name;
+    const char *label;
+    int type;
+    int size;
+    const char *minimum;
+    const char *maximum;
+    const char *valueLabels;
+};
+
+inline void expectField(TGenericField *field, const ExpectedField &e)
+{
+    ASSERT_NE(field, nullptr) << e.name;
+    EXPECT_EQ(field->getName(), QString::fromLatin1(e.name));
+    EXPECT_EQ(field->getLabel(), QString::fromLatin1(e.label)) << e.name;
+    EXPECT_EQ(field->getFieldType(), e.type) << e.name;
+    EXPECT_EQ(field->getSize(), e.size) << e.name;
+    EXPECT_EQ(field->getMinimum(), QString::fromLatin1(e.minimum)) << e.name;
+    EXPECT_EQ(field->getMaximum(), QString::fromLatin1(e.maximum)) << e.name;
+    EXPECT_EQ(field->getValueLabels(), QString::fromLatin1(e.valueLabels)) << e.name;
 }
 
 } // namespace kxtest

@@ -15,39 +15,20 @@ using Container = ReadStatFile::Container;
 
 namespace {
 
-struct Expected
-{
-    const char *name;
-    const char *label;
-    int type;
-    int size;
-    const char *minimum;
-    const char *maximum;
-    const char *valueLabels;
-};
-
-ReadStatFile::LabelSet labelSet(const QByteArray &name, Type type, const QList<ReadStatFile::Label> &labels)
-{
-    ReadStatFile::LabelSet set;
-    set.name = name;
-    set.type = type;
-    set.labels = labels;
-    return set;
-}
-
 // One variable per rule; the rows give the file a data section.
 ReadStatFile sampleSav(Container container)
 {
     ReadStatFile f;
     f.container = container;
     f.rows = 3;
-    f.labelSets << labelSet("whole", Type::Double, {numericLabel(1, "Male"), numericLabel(2, "Female")})
-                << labelSet("half", Type::Double, {numericLabel(1.5, "Half")})
-                << labelSet("minus", Type::Double, {numericLabel(-1, "Minus"), numericLabel(3, "Three")})
-                << labelSet("minushalf", Type::Double, {numericLabel(-1.5, "Below"), numericLabel(4, "Four")})
-                << labelSet("realminus", Type::Double, {numericLabel(-1, "Minus"), numericLabel(2.5, "TwoHalf")})
-                << labelSet("codes", Type::String, {stringLabel("abc", "ABC")})
-                << labelSet("long", Type::String, {stringLabel("longvalue1", "Long value")});
+    f.labelSets << readStatLabelSet("whole", Type::Double, {numericLabel(1, "Male"), numericLabel(2, "Female")})
+                << readStatLabelSet("half", Type::Double, {numericLabel(1.5, "Half")})
+                << readStatLabelSet("minus", Type::Double, {numericLabel(-1, "Minus"), numericLabel(3, "Three")})
+                << readStatLabelSet("minushalf", Type::Double, {numericLabel(-1.5, "Below"), numericLabel(4, "Four")})
+                << readStatLabelSet("realminus", Type::Double,
+                                    {numericLabel(-1, "Minus"), numericLabel(2.5, "TwoHalf")})
+                << readStatLabelSet("codes", Type::String, {stringLabel("abc", "ABC")})
+                << readStatLabelSet("long", Type::String, {stringLabel("longvalue1", "Long value")});
     f.variables << readStatVariable("sex", Type::Double, "F3.0", "Sex of person", "whole")
                 << readStatVariable("income", Type::Double, "F8.2", "Income", "half")
                 << readStatVariable("wide", Type::Double, "F10.2")
@@ -61,7 +42,7 @@ ReadStatFile sampleSav(Container container)
     return f;
 }
 
-const QList<Expected> sampleExpected = {
+const QList<ExpectedField> sampleExpectedField = {
     {"sex", "Sex of person", 1, 3, "1", "2", "1 Male\t2 Female\t"},
     {"income", "Income", 2, 8, "1.5", "1.5", "1.500000 Half\t"},
     {"wide", "", 2, 1, "0", "9", ""},
@@ -74,25 +55,13 @@ const QList<Expected> sampleExpected = {
     {"comment", "", 3, 2, "", "", "longvalue1 Long value\t"},
 };
 
-void expectField(TGenericField *field, const Expected &e)
+ExpectedField expectedFor(const char *name)
 {
-    ASSERT_NE(field, nullptr) << e.name;
-    EXPECT_EQ(field->getName(), QString::fromLatin1(e.name));
-    EXPECT_EQ(field->getLabel(), QString::fromLatin1(e.label)) << e.name;
-    EXPECT_EQ(field->getFieldType(), e.type) << e.name;
-    EXPECT_EQ(field->getSize(), e.size) << e.name;
-    EXPECT_EQ(field->getMinimum(), QString::fromLatin1(e.minimum)) << e.name;
-    EXPECT_EQ(field->getMaximum(), QString::fromLatin1(e.maximum)) << e.name;
-    EXPECT_EQ(field->getValueLabels(), QString::fromLatin1(e.valueLabels)) << e.name;
-}
-
-Expected expectedFor(const char *name)
-{
-    for (const Expected &e : sampleExpected) {
+    for (const ExpectedField &e : sampleExpectedField) {
         if (qstrcmp(e.name, name) == 0)
             return e;
     }
-    return Expected{};
+    return ExpectedField{};
 }
 
 class SpssSample : public ::testing::Test
@@ -108,7 +77,10 @@ protected:
     }
     void TearDown() override { delete importer; }
 
-    void expectVariable(const char *name) { expectField(importer->fieldByName(QString::fromLatin1(name)), expectedFor(name)); }
+    void expectVariable(const char *name)
+    {
+        expectField(importer->fieldByName(QString::fromLatin1(name)), expectedFor(name));
+    }
 
     QTemporaryDir dir;
     QString path;
@@ -187,9 +159,9 @@ TEST_P(SpssContainers, ListsEveryVariableInFileOrderWithItsDescription)
     ASSERT_FALSE(path.isEmpty()) << error.toStdString();
     TSPSSDataImport importer(path);
     importer.openFile();
-    ASSERT_EQ(importer.getFieldCount(), sampleExpected.size());
-    for (int i = 0; i < sampleExpected.size(); ++i) {
-        expectField(importer.getField(i), sampleExpected.at(i));
+    ASSERT_EQ(importer.getFieldCount(), sampleExpectedField.size());
+    for (int i = 0; i < sampleExpectedField.size(); ++i) {
+        expectField(importer.getField(i), sampleExpectedField.at(i));
         EXPECT_NE(dynamic_cast<TSPSSVariable *>(importer.getField(i)), nullptr);
     }
 }
@@ -268,13 +240,13 @@ TEST_F(SpssSample, ValueLabelForMinusOneIsLeftOutOfARealVariable)
 
 TEST_F(SpssSample, OpeningTheSameImporterTwiceListsEachVariableTwice)
 {
-    const int n = sampleExpected.size();
+    const int n = sampleExpectedField.size();
     ASSERT_EQ(importer->getFieldCount(), n);
     importer->openFile();
     ASSERT_EQ(importer->getFieldCount(), 2 * n);
     for (int i = 0; i < n; ++i) {
-        EXPECT_EQ(importer->getField(i)->getName(), QString::fromLatin1(sampleExpected.at(i).name));
-        EXPECT_EQ(importer->getField(n + i)->getName(), QString::fromLatin1(sampleExpected.at(i).name));
+        EXPECT_EQ(importer->getField(i)->getName(), QString::fromLatin1(sampleExpectedField.at(i).name));
+        EXPECT_EQ(importer->getField(n + i)->getName(), QString::fromLatin1(sampleExpectedField.at(i).name));
         EXPECT_NE(importer->getField(i), importer->getField(n + i));
     }
     // The name index holds the later copy.
@@ -288,7 +260,7 @@ TEST_F(SpssSample, SelectLayoutSourceOpensAgainAndListsTheNames)
     ASSERT_NE(names, nullptr);
     EXPECT_TRUE(log.contains(QStringLiteral("DataImport - selectLayoutSource")));
     // A second open: every name twice.
-    EXPECT_EQ(names->size(), 2 * sampleExpected.size());
+    EXPECT_EQ(names->size(), 2 * sampleExpectedField.size());
     EXPECT_EQ(names->first(), QStringLiteral("sex"));
     delete names;
 }
@@ -311,7 +283,7 @@ TEST_F(SpssSample, MetadataCallbackIsNotRegistered)
 TEST(SpssRules, EntriesTruncatedForAWholeNumberVariableStayTruncatedForTheNextSharingTheSet)
 {
     ReadStatFile f;
-    f.labelSets << labelSet("half", Type::Double, {numericLabel(1.5, "Half")});
+    f.labelSets << readStatLabelSet("half", Type::Double, {numericLabel(1.5, "Half")});
     f.variables << readStatVariable("first", Type::Double, "F3.0", "", "half")
                 << readStatVariable("second", Type::Double, "F8.2", "", "half");
     QTemporaryDir dir;
@@ -341,9 +313,9 @@ TEST(SpssFile, HeaderDateWithNonEnglishMonthIsRead)
 
     TSPSSDataImport importer(path);
     importer.openFile();
-    ASSERT_EQ(importer.getFieldCount(), sampleExpected.size());
-    for (int i = 0; i < sampleExpected.size(); ++i)
-        expectField(importer.getField(i), sampleExpected.at(i));
+    ASSERT_EQ(importer.getFieldCount(), sampleExpectedField.size());
+    for (int i = 0; i < sampleExpectedField.size(); ++i)
+        expectField(importer.getField(i), sampleExpectedField.at(i));
 }
 
 TEST(SpssFile, DataSectionIsNotRead)
@@ -358,8 +330,8 @@ TEST(SpssFile, DataSectionIsNotRead)
 
     TSPSSDataImport importer(path);
     importer.openFile();
-    ASSERT_EQ(importer.getFieldCount(), sampleExpected.size());
-    expectField(importer.getField(0), sampleExpected.at(0));
+    ASSERT_EQ(importer.getFieldCount(), sampleExpectedField.size());
+    expectField(importer.getField(0), sampleExpectedField.at(0));
 }
 
 TEST(SpssFile, MissingFileGivesNoFieldsAndNoMessage)

@@ -14,26 +14,6 @@ using Type = ReadStatFile::Type;
 
 namespace {
 
-struct Expected
-{
-    const char *name;
-    const char *label;
-    int type;
-    int size;
-    const char *minimum;
-    const char *maximum;
-    const char *valueLabels;
-};
-
-ReadStatFile::LabelSet labelSet(const QByteArray &name, const QList<ReadStatFile::Label> &labels)
-{
-    ReadStatFile::LabelSet set;
-    set.name = name;
-    set.type = Type::Int32;
-    set.labels = labels;
-    return set;
-}
-
 // One variable per rule; strL variables exist from version 117 on.
 ReadStatFile sampleDta(int version, int rows = 3)
 {
@@ -41,9 +21,9 @@ ReadStatFile sampleDta(int version, int rows = 3)
     f.container = ReadStatFile::Container::Dta;
     f.dtaVersion = version;
     f.rows = rows;
-    f.labelSets << labelSet("sexl", {numericLabel(1, "Male"), numericLabel(2, "Female")})
-                << labelSet("minus", {numericLabel(-1, "Minus"), numericLabel(3, "Three")})
-                << labelSet("unused", {numericLabel(7, "Seven")});
+    f.labelSets << readStatLabelSet("sexl", Type::Int32, {numericLabel(1, "Male"), numericLabel(2, "Female")})
+                << readStatLabelSet("minus", Type::Int32, {numericLabel(-1, "Minus"), numericLabel(3, "Three")})
+                << readStatLabelSet("unused", Type::Int32, {numericLabel(7, "Seven")});
     f.variables << readStatVariable("sex", Type::Int8, "%8.0g", "Sex of person", "sexl")
                 << readStatVariable("weight", Type::Double, "%10.2f", "Weight", "sexl")
                 << readStatVariable("ratio", Type::Float, "%9.0g")
@@ -56,9 +36,9 @@ ReadStatFile sampleDta(int version, int rows = 3)
     return f;
 }
 
-QList<Expected> expectedFor(int version)
+QList<ExpectedField> expectedFor(int version)
 {
-    QList<Expected> list = {
+    QList<ExpectedField> list = {
         {"sex", "Sex of person", 1, 1, "1", "2", "1 Male\t2 Female\t"},
         {"weight", "Weight", 2, 8, "1", "2", "1 Male\t2 Female\t"},
         {"ratio", "", 2, 4, "0", "9999", ""},
@@ -70,18 +50,6 @@ QList<Expected> expectedFor(int version)
     if (version >= 117)
         list.append({"note", "", 3, 0, "0", "", ""});
     return list;
-}
-
-void expectField(TGenericField *field, const Expected &e)
-{
-    ASSERT_NE(field, nullptr) << e.name;
-    EXPECT_EQ(field->getName(), QString::fromLatin1(e.name));
-    EXPECT_EQ(field->getLabel(), QString::fromLatin1(e.label)) << e.name;
-    EXPECT_EQ(field->getFieldType(), e.type) << e.name;
-    EXPECT_EQ(field->getSize(), e.size) << e.name;
-    EXPECT_EQ(field->getMinimum(), QString::fromLatin1(e.minimum)) << e.name;
-    EXPECT_EQ(field->getMaximum(), QString::fromLatin1(e.maximum)) << e.name;
-    EXPECT_EQ(field->getValueLabels(), QString::fromLatin1(e.valueLabels)) << e.name;
 }
 
 // The line expected for a file ReadStat fails on, with the error number
@@ -117,7 +85,7 @@ protected:
 
     void expectVariable(const char *name)
     {
-        for (const Expected &e : expectedFor(118)) {
+        for (const ExpectedField &e : expectedFor(118)) {
             if (qstrcmp(e.name, name) == 0)
                 expectField(importer->fieldByName(QString::fromLatin1(name)), e);
         }
@@ -191,7 +159,7 @@ TEST_P(StataVersions, ListsEveryVariableInFileOrderWithItsDescription)
     ASSERT_FALSE(path.isEmpty()) << error.toStdString();
     TSTATADataImport importer(path);
     EXPECT_EQ(stdoutOfOpen(&importer), std::string());
-    const QList<Expected> expected = expectedFor(GetParam());
+    const QList<ExpectedField> expected = expectedFor(GetParam());
     ASSERT_EQ(importer.getFieldCount(), expected.size());
     for (int i = 0; i < expected.size(); ++i) {
         expectField(importer.getField(i), expected.at(i));
