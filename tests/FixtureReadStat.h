@@ -39,7 +39,9 @@ struct ReadStatFile
     {
         QByteArray name;
         Type type = Type::Double;
-        int storageWidth = 0; //!< bytes of a string variable
+        //! Width of a string variable, handed to ReadStat as is (its DTA writer
+        //! stores one byte more: 4 gives str5).
+        int storageWidth = 0;
         QByteArray format;
         QByteArray label;
         QByteArray labelSet;  //!< name of one of labelSets, or empty
