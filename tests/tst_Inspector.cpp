@@ -49,7 +49,8 @@ QString samplePath(const QString &name)
 #endif
 
 // No display: the program must never wait for a dialog.
-Outcome runInspector(const QStringList &args, const QString &workDir = QString())
+Outcome runInspector(const QStringList &args, const QString &workDir = QString(),
+                     const QList<QPair<QString, QString>> &extraEnv = {})
 {
     QProcess p;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -59,6 +60,8 @@ Outcome runInspector(const QStringList &args, const QString &workDir = QString()
     const QString asan = env.value(QStringLiteral("ASAN_OPTIONS"));
     env.insert(QStringLiteral("ASAN_OPTIONS"),
                asan.isEmpty() ? QStringLiteral("detect_leaks=0") : asan + QStringLiteral(":detect_leaks=0"));
+    for (const auto &var : extraEnv)
+        env.insert(var.first, var.second);
     p.setProcessEnvironment(env);
     if (!workDir.isEmpty())
         p.setWorkingDirectory(workDir);
@@ -459,6 +462,18 @@ TEST_F(Inspector, DecimalAskWithoutDisplayDoesNotWaitAndAnswersNoToAll)
                                         + QStringLiteral(": note: no display, the decimal prompt is answered "
                                                          "no-to-all")});
     EXPECT_TRUE(codesOf(fieldNamed(jsonOf(r), "LANDAREA")).isEmpty());
+}
+
+TEST_F(Inspector, DecimalAskOnTheOffscreenPlatformCountsAsNoDisplay)
+{
+    const QString path = samplePath(QStringLiteral("census.dcf"));
+    const Outcome r = runInspector({QStringLiteral("--decimal"), QStringLiteral("ask"), path}, QString(),
+                                   {{QStringLiteral("DISPLAY"), QStringLiteral(":99")},
+                                    {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen")}});
+    ASSERT_TRUE(r.finished) << "the inspector waited for a dialog";
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.errLines().size(), 1);
+    EXPECT_TRUE(r.err.contains(QStringLiteral("note: no display, the decimal prompt is answered no-to-all")));
 }
 
 TEST_F(Inspector, FormatIsDetectedAfterAByteOrderMarkAndBlankLines)
