@@ -285,6 +285,10 @@ INSTANTIATE_TEST_SUITE_P(
                      {},
                      "format not recognised (not a CSPro text or JSON dictionary, SPSS or Stata file); --format "
                      "forces one"},
+        // Detection from the content, whatever the file's name.
+        BadInputCase{"SavMagicIsDetectedAsSpss", "magic.bin", "$FL2 and nothing more", {}, "no fields read as spss"},
+        BadInputCase{"OldBinaryStataHeaderIsDetectedAsStata", "old.bin", QByteArray("q\x02\x01\x00rest", 8), {},
+                     "no fields read as stata (Error processing ", true},
         BadInputCase{"TruncatedSav", "truncated.sav", TruncatedSav, {}, "no fields read as spss"},
         // The Stata importer's own report goes into the one line, not to stdout.
         BadInputCase{"TruncatedDta", "truncated.dta", TruncatedDta, {}, "no fields read as stata (Error processing ",

@@ -51,7 +51,7 @@ const char *const HelpText =
     "  cspro8   CSPro 8 JSON dictionary, first character {\n"
     "  spss     SPSS system file (.sav, .zsav), magic $FL2 or $FL3\n"
     "  stata    Stata data file (.dta): <stata_dta> (versions 117-119) or a\n"
-    "           first byte 104-115 followed by a byte-order byte 1 or 2\n"
+    "           first byte 104-119 followed by a byte-order byte 1 or 2\n"
     "\n"
     "Options:\n"
     "  --format F        force the format F instead of detecting it\n"
@@ -254,7 +254,7 @@ QString detectFormat(const QByteArray &head)
         return QStringLiteral("spss");
     if (text.startsWith("<stata_dta>"))
         return QStringLiteral("stata");
-    // Old binary Stata files: format version 104-115, then the byte order
+    // Old binary Stata files: format version 104-119, then the byte order
     // (1 high-low, 2 low-high). The second byte keeps plain text starting
     // with a letter h..s from passing as Stata.
     if (text.size() >= 4) {
