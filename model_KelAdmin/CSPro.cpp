@@ -301,6 +301,8 @@ void TCSPro::processItem(QStringList *lines, int &index)
     const int occurrences = item->occurrences;
     if (occurrences > MaxOccurrences)
         throw std::length_error("occurrence count out of range");
+    if (qint64(items->size()) + occurrences > qint64(MaxExpandedItems))
+        throw std::length_error("too many items after expansion");
     const qint64 lastStart = qint64(item->start) + qint64(occurrences - 1) * qint64(item->len);
     if (lastStart > std::numeric_limits<int>::max() || lastStart < std::numeric_limits<int>::min())
         throw std::overflow_error("occurrence start out of range");

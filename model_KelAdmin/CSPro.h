@@ -114,6 +114,9 @@ public:
 
     //! Largest occurrence count expanded (CSPro itself allows 9999).
     static constexpr int MaxOccurrences = 9999;
+    /*! Largest number of items after expansion: occurrences turn a few bytes
+     * of a hostile file into thousands of items each. */
+    static constexpr int MaxExpandedItems = 250000;
 
     int recordTypeStart = 0;
     int recordTypeLen = 0;

@@ -179,9 +179,13 @@ void TCSProJson::loadFromJson(QString path)
                 const bool zeroFillValue = item.value(QStringLiteral("zeroFill")).toBool(defaultZeroFill);
                 const int start = item.value(QStringLiteral("start")).toInt(position);
                 const int index = items->size();
+                // The copies share the value set read for the first one, and no
+                // copy is made past MaxExpandedItems items: a few bytes of
+                // "occurrences" must not turn into millions of objects.
+                TCSProValueSet *sharedValueSet = nullptr;
                 for (int i = 1; i <= count; ++i) {
                     const qint64 copyStart = qint64(start) + qint64(i - 1) * qint64(len);
-                    if (copyStart != qint64(clampToInt(copyStart)))
+                    if (copyStart != qint64(clampToInt(copyStart)) || items->size() >= MaxExpandedItems)
                         break;
                     auto *copy = new TCSProItem;
                     copy->name = itemName + UNDERSCORE + QString::number(i);
@@ -194,7 +198,12 @@ void TCSProJson::loadFromJson(QString path)
                     copy->decimalChar = decimalMark;
                     copy->zeroFill = zeroFillValue;
                     copy->record = record;
-                    readValueSet(copy, item);
+                    if (i == 1) {
+                        readValueSet(copy, item);
+                        sharedValueSet = copy->getHasValueSet() ? copy->getValueSet(0) : nullptr;
+                    } else if (sharedValueSet) {
+                        copy->addValueSet(sharedValueSet);
+                    }
                     record->addItem(copy);
                     items->append(copy);
                 }

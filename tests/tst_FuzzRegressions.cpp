@@ -89,6 +89,57 @@ INSTANTIATE_TEST_SUITE_P(Regress, FuzzRegression, ::testing::ValuesIn(regression
                          [](const ::testing::TestParamInfo<RegressionCase> &info) { return info.param.name; });
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(FuzzRegression);
 
+// What the kept inputs must read to, beyond not failing.
+
+QString regressionFile(const QString &name)
+{
+    return QDir(regressionRoot()).filePath(name);
+}
+
+// Thirty items of 9999 occurrences: 25 of them fit under the item limit, the
+// 26th fails the load with error 242 before any of its copies is stored.
+TEST(FuzzRegressionCSProText, ExpansionPastTheItemLimitFailsWithError242)
+{
+    TCSPro d;
+    int number = 0;
+    EXPECT_TRUE(kxtest::catchKxError(
+        [&] { d.loadFromFile(regressionFile(QStringLiteral("cspro_text/occurrences-past-item-limit.dcf"))); },
+        &number));
+    EXPECT_EQ(number, 242);
+    EXPECT_EQ(d.getItemsCount(), 25 * TCSPro::MaxOccurrences);
+    EXPECT_LE(d.getItemsCount(), TCSPro::MaxExpandedItems);
+    kxfuzz::releaseModel(d);
+}
+
+// One item of 9999 occurrences with a value set of 200 codes: the copies share
+// one value set instead of holding 9999 copies of it.
+TEST(FuzzRegressionCSProJson, OccurrenceCopiesShareOneValueSet)
+{
+    TCSProJson d;
+    d.loadFromFile(regressionFile(QStringLiteral("cspro_json/occurrences-copy-value-sets.json")));
+    ASSERT_EQ(d.getItemsCount(), TCSPro::MaxOccurrences);
+    TCSProItem *first = d.getItem(0);
+    TCSProItem *last = d.getItem(TCSPro::MaxOccurrences - 1);
+    EXPECT_EQ(last->name, QStringLiteral("A0_9999"));
+    ASSERT_TRUE(first->getHasValueSet());
+    ASSERT_TRUE(last->getHasValueSet());
+    EXPECT_EQ(first->getValueSet(0), last->getValueSet(0));
+    EXPECT_EQ(first->getValueSet(0)->getCount(), 200);
+    EXPECT_EQ(first->getValueSet(0)->getValueSetItem(199)->code, QStringLiteral("199"));
+    kxfuzz::releaseModel(d);
+}
+
+// Thirty items of 9999 occurrences: reading is silent, and copies stop at the
+// item limit.
+TEST(FuzzRegressionCSProJson, CopiesStopAtTheItemLimit)
+{
+    TCSProJson d;
+    d.loadFromFile(regressionFile(QStringLiteral("cspro_json/occurrences-past-item-limit.json")));
+    EXPECT_EQ(d.getItemsCount(), TCSPro::MaxExpandedItems);
+    EXPECT_EQ(d.getItem(TCSPro::MaxExpandedItems - 1)->name, QStringLiteral("A25_25"));
+    kxfuzz::releaseModel(d);
+}
+
 // Every folder under tests/data/regress is named after a fuzz target, so no
 // kept input is silently skipped.
 TEST(FuzzRegressionFolders, EveryFolderIsNamedAfterAFuzzTarget)
