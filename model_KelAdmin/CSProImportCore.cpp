@@ -249,6 +249,10 @@ void TCSProImportCore<Reader, Variable>::openRead(QString path)
 {
     // A previous reader is not released: earlier fields still point at its items.
     dictionary = new Reader;
+    if (presetDecimalMode != 0) {
+        dictionary->setDecimalMode(presetDecimalMode);
+        dictionary->setDecimalAnswer(presetDecimalAnswer);
+    }
     dictionary->loadFromFile(path);
     recordTypeStart = dictionary->recordTypeStart;
     recordTypeLen = dictionary->recordTypeLen;

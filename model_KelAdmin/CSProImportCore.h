@@ -94,6 +94,18 @@ public:
     //! \a n copies of \a c; empty when n <= 0.
     static QString StringOfChar(char c, int n);
 
+    /*! Presets the reader's remembered 'to all' answer of the decimal prompt
+     * (mode 1 with QMessageBox::YesToAll, 2 with NoToAll) for every later
+     * openFile(), so that a program without a display is never prompted.
+     * Mode 0 (the default) leaves the reader to ask. */
+    void setDecimalChoice(int mode, int answer)
+    {
+        presetDecimalMode = mode;
+        presetDecimalAnswer = answer;
+    }
+    int getPresetDecimalMode() const { return presetDecimalMode; }
+    int getPresetDecimalAnswer() const { return presetDecimalAnswer; }
+
     QStringList *getGroups() const { return groups; }
     void setGroups(QStringList *v) { groups = v; }
     bool getNotRead() const { return notRead; }
@@ -113,6 +125,8 @@ protected:
     int recordTypeLen = 0;
     Reader *dictionary = nullptr;
     QString currentRecordType;
+    int presetDecimalMode = 0;
+    int presetDecimalAnswer = 0;
 
 private:
     void fillFromItem(Variable *field, TCSProItem *item);

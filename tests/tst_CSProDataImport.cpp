@@ -860,6 +860,33 @@ TEST(CensusImport, TextDictionaryDecimalPromptAnsweredNoDropsTheLandAreaValueSet
     EXPECT_EQ(land->getMaximum(), QStringLiteral("9999"));
 }
 
+TEST(CensusImport, PresetYesToAllConvertsDecimalCodesWithoutPrompting)
+{
+    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    importer.setDecimalChoice(1, QMessageBox::YesToAll);
+    kxtest::ModalPresser presser({QMessageBox::No});
+    importer.openFile();
+    EXPECT_TRUE(presser.seen().isEmpty());
+    TGenericField *land = importer.fieldByName("LANDAREA");
+    ASSERT_NE(land, nullptr);
+    EXPECT_EQ(land->getValueLabels(), QStringLiteral("0 Under one hectare\t1 One hectare or more\t"
+                                                     "99 One hectare or more\t999 Not reported\t"));
+    EXPECT_EQ(importer.getDictionaryReader()->getDecimalMode(), 1);
+}
+
+TEST(CensusImport, PresetNoToAllDropsDecimalValueSetsWithoutPrompting)
+{
+    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    importer.setDecimalChoice(2, QMessageBox::NoToAll);
+    kxtest::ModalPresser presser({QMessageBox::Yes});
+    importer.openFile();
+    EXPECT_TRUE(presser.seen().isEmpty());
+    TGenericField *land = importer.fieldByName("LANDAREA");
+    ASSERT_NE(land, nullptr);
+    EXPECT_EQ(land->getValueLabels(), QString());
+    EXPECT_EQ(land->getMaximum(), QStringLiteral("9999"));
+}
+
 TEST(CensusImport, JsonDictionaryGivesTheCensusSourceFields)
 {
     TCSProJsonDataImport importer(kxtest::dataPath("census.json"));

@@ -389,57 +389,19 @@ void printTable(const QStringList &header, const QList<QStringList> &rows)
 /*! The CSPro text importer with the decimal prompt decided before reading.
  * The importer creates its reader and loads in one step, so this does the
  * same steps as its openFile() with the reader's 'to all' answer preset. */
-class PresetCSProImport : public TCSProDataImport
-{
-public:
-    PresetCSProImport(const QString &path, int mode, int answer)
-        : TCSProDataImport(path)
-        , decimalMode(mode)
-        , decimalAnswer(answer)
-    {
-    }
-
-    bool openFile() override
-    {
-        openDataImport();
-        openingValue = 1.0;
-        importCounter = 1;
-        dictionary = new TCSPro;
-        dictionary->setDecimalMode(decimalMode);
-        dictionary->setDecimalAnswer(decimalAnswer);
-        dictionary->loadFromFile(getSourceName());
-        recordTypeStart = dictionary->recordTypeStart;
-        recordTypeLen = dictionary->recordTypeLen;
-        if (!groups)
-            groups = new QStringList;
-        groups->clear();
-        for (int i = 0; i < dictionary->getRecordsCount(); ++i) {
-            const TCSProRecord *record = dictionary->getRecord(i);
-            if (record)
-                groups->append(record->name + EQUALCHR + record->recordTypeValue);
-        }
-        notRead = false;
-        copyDataFromDictionary();
-        return true;
-    }
-
-private:
-    int decimalMode;
-    int decimalAnswer;
-};
-
 TDataImport *createImporter(const QString &format, const QString &path, const Options &o)
 {
     if (format == QLatin1String("cspro")) {
-        if (o.decimal == QLatin1String("yes-to-all"))
-            return new PresetCSProImport(path, 1, QMessageBox::YesToAll);
-        if (o.decimal != QLatin1String("ask"))
-            return new PresetCSProImport(path, 2, QMessageBox::NoToAll);
-        if (!qobject_cast<QApplication *>(QCoreApplication::instance())) {
+        auto *importer = new TCSProDataImport(path);
+        if (o.decimal == QLatin1String("yes-to-all")) {
+            importer->setDecimalChoice(1, QMessageBox::YesToAll);
+        } else if (o.decimal != QLatin1String("ask")) {
+            importer->setDecimalChoice(2, QMessageBox::NoToAll);
+        } else if (!qobject_cast<QApplication *>(QCoreApplication::instance())) {
             printError(o.file, QStringLiteral("note: no display, the decimal prompt is answered no-to-all"));
-            return new PresetCSProImport(path, 2, QMessageBox::NoToAll);
+            importer->setDecimalChoice(2, QMessageBox::NoToAll);
         }
-        return new TCSProDataImport(path);
+        return importer;
     }
     if (format == QLatin1String("cspro8"))
         return new TCSProJsonDataImport(path);
