@@ -211,19 +211,11 @@ QString TCSPro::processLine(QStringList section, QString command, QString def)
 
 int TCSPro::processLineToInt(QStringList section, QString command, int def)
 {
-    if (section.isEmpty())
-        return def;
-    for (const QString &line : section) {
-        if (!line.contains(command))
-            continue;
-        const QStringList parts = line.split(EQUALCHR, Qt::KeepEmptyParts);
-        if (parts.size() != 2)
-            return def;
-        bool ok = false;
-        const int value = parts.at(1).toInt(&ok, 10);
-        return ok ? value : def;
-    }
-    return def;
+    // A missing command, a line with a second "=" and a value that is not a
+    // base-10 int all give the default.
+    bool ok = false;
+    const int value = processLine(section, command, QString()).toInt(&ok, 10);
+    return ok ? value : def;
 }
 
 void TCSPro::processDictionary(QStringList *lines, int &index)

@@ -7,8 +7,6 @@
 
 #include <QDebug>
 
-#include <cmath>
-#include <cstring>
 #include <string>
 
 namespace {
@@ -95,33 +93,12 @@ QString TCSProVariable::getGroup()
 
 void TCSProVariable::setAsString(QString text)
 {
-    const std::wstring wide = text.toStdWString();
-    copyIntoValue(wide.data(), int(qMin<size_t>(wide.size(), ValueCapacity)));
+    // Unlike the base version, missingFlag is left as it is.
+    copyIntoValue(text);
     if (isMissing() || isNotApplicable() || isBlank())
         return;
-    switch (fieldType) {
-    case 1:
-        realValue = parseNumber(text);
-        integerValue = realValue;
-        break;
-    case 2: {
-        realValue = parseNumber(text);
-        // Without a dictionary item the field's own flag decides.
-        const bool implied = item ? !item->decimalChar : !decimalCharPresent;
-        if (implied && !decimals.isEmpty()) {
-            bool ok = false;
-            const int places = decimals.toInt(&ok);
-            realValue /= std::pow(10.0, ok ? places : 0);
-        }
-        break;
-    }
-    case 3:
-        break;
-    default:
-        // Marks a field whose type was never set: two characters of 0x15151515.
-        std::memset(value, 0x15, 8);
-        break;
-    }
+    // Without a dictionary item the field's own flag decides.
+    assignNumbers(text, item ? !item->decimalChar : !decimalCharPresent);
 }
 
 // ----------------------------------------------------------- TCSProImportCore

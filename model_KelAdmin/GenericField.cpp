@@ -79,7 +79,13 @@ double TGenericField::parseNumber(const QString &text)
     return ok ? v : 0.0;
 }
 
-void TGenericField::assignNumbers(const QString &text)
+void TGenericField::copyIntoValue(const QString &text)
+{
+    const std::wstring wide = text.toStdWString();
+    copyIntoValue(wide.data(), int(qMin<size_t>(wide.size(), ValueCapacity)));
+}
+
+void TGenericField::assignNumbers(const QString &text, bool decimalsImplied)
 {
     switch (fieldType) {
     case 1:
@@ -88,7 +94,7 @@ void TGenericField::assignNumbers(const QString &text)
         break;
     case 2:
         realValue = parseNumber(text);
-        if (!decimalCharPresent && !decimals.isEmpty()) {
+        if (decimalsImplied && !decimals.isEmpty()) {
             bool ok = false;
             const int places = decimals.toInt(&ok);
             realValue /= std::pow(10.0, ok ? places : 0);
@@ -105,12 +111,11 @@ void TGenericField::assignNumbers(const QString &text)
 
 void TGenericField::setAsString(QString text)
 {
-    const std::wstring wide = text.toStdWString();
-    copyIntoValue(wide.data(), int(qMin<size_t>(wide.size(), ValueCapacity)));
+    copyIntoValue(text);
     missingFlag = false;
     if (isMissing() || isNotApplicable() || isBlank())
         return;
-    assignNumbers(text);
+    assignNumbers(text, !decimalCharPresent);
 }
 
 void TGenericField::setAsStringChar(const wchar_t *text)
@@ -120,7 +125,7 @@ void TGenericField::setAsStringChar(const wchar_t *text)
     missingFlag = false;
     if (isMissing() || isNotApplicable() || isBlank())
         return;
-    assignNumbers(QString::fromWCharArray(text, length).trimmed());
+    assignNumbers(QString::fromWCharArray(text, length).trimmed(), !decimalCharPresent);
 }
 
 QString TGenericField::getAsString()

@@ -83,6 +83,11 @@ public:
 protected:
     //! Copies at most size wide characters (clamped to the buffer) into value.
     void copyIntoValue(const wchar_t *text, int textLength);
+    //! copyIntoValue for a QString (converted to UCS-4 wide characters).
+    void copyIntoValue(const QString &text);
+    /*! Sets the numbers from \a text by fieldType; \a decimalsImplied divides
+     * a real value by 10 to the power decimals. */
+    void assignNumbers(const QString &text, bool decimalsImplied);
     //! Parses the value buffer's text as a double; 0 when it does not parse.
     static double parseNumber(const QString &text);
 
@@ -104,9 +109,6 @@ protected:
     double realValue;
     double integerValue = 0.0;
     TDataImport *owner = nullptr;
-
-private:
-    void assignNumbers(const QString &text);
 };
 
 #endif // GENERICFIELD_H

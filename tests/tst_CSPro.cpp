@@ -1,4 +1,5 @@
 #include "model_KelAdmin.h"
+#include "FixtureCSPro.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +9,8 @@
 #include <QTemporaryDir>
 
 namespace {
+
+using kxtest::codesOf;
 
 QStringList L(std::initializer_list<const char *> lines)
 {
@@ -20,17 +23,6 @@ QStringList L(std::initializer_list<const char *> lines)
 QString occ(const char *name, int k)
 {
     return QString::fromUtf8(name) + QStringLiteral("_") + QChar(k);
-}
-
-QStringList codesOf(TCSProItem *item)
-{
-    QStringList codes;
-    if (!item->getHasValueSet())
-        return codes;
-    TCSProValueSet *set = item->getValueSet(0);
-    for (int i = 0; i < set->getCount(); ++i)
-        codes << set->getValueSetItem(i)->code;
-    return codes;
 }
 
 QStringList entriesOf(TCSProItem *item)

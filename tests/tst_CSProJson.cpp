@@ -1,4 +1,5 @@
 #include "model_KelAdmin.h"
+#include "FixtureCSPro.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -9,16 +10,7 @@
 
 namespace {
 
-QStringList codesOf(TCSProItem *item)
-{
-    QStringList codes;
-    if (!item->getHasValueSet())
-        return codes;
-    TCSProValueSet *set = item->getValueSet(0);
-    for (int i = 0; i < set->getCount(); ++i)
-        codes << set->getValueSetItem(i)->code;
-    return codes;
-}
+using kxtest::codesOf;
 
 QStringList entriesOf(TCSProItem *item)
 {
