@@ -302,6 +302,45 @@ QString nines(qint64 count)
     return QString(static_cast<int>(qBound<qint64>(0, count, MaxNines)), QLatin1Char('9'));
 }
 
+namespace {
+
+// ReadStat 1.1 hands the variable handler a Stata label-set name straight
+// from the file's fixed-width field, with no terminating NUL when the name
+// fills the field. A Stata pass therefore goes through these handlers, which
+// copy the name, bounded by the field width of the file's format version,
+// before the importer's handler sees it.
+struct DtaPass
+{
+    void *importer = nullptr;
+    readstat_value_label_handler valueLabels = nullptr;
+    readstat_variable_handler variables = nullptr;
+    size_t labelSetWidth = 9; // the narrowest field, until the metadata tells the version
+};
+
+int dtaMetadata(readstat_metadata_t *metadata, void *ctx)
+{
+    const int version = readstat_get_file_format_version(metadata);
+    static_cast<DtaPass *>(ctx)->labelSetWidth = version < 110 ? 9 : version < 118 ? 33 : 129;
+    return READSTAT_HANDLER_OK;
+}
+
+int dtaValueLabel(const char *labelSet, readstat_value_t value, const char *label, void *ctx)
+{
+    auto *pass = static_cast<DtaPass *>(ctx);
+    return pass->valueLabels(labelSet, value, label, pass->importer);
+}
+
+int dtaVariable(int index, readstat_variable_t *variable, const char *labelSet, void *ctx)
+{
+    auto *pass = static_cast<DtaPass *>(ctx);
+    if (!labelSet)
+        return pass->variables(index, variable, nullptr, pass->importer);
+    const QByteArray name(labelSet, static_cast<int>(strnlen(labelSet, pass->labelSetWidth)));
+    return pass->variables(index, variable, name.constData(), pass->importer);
+}
+
+} // namespace
+
 readstat_error_t parsePass(FileKind kind, const QByteArray &path, readstat_value_label_handler valueLabels,
                            readstat_variable_handler variables, void *importer)
 {
@@ -327,7 +366,16 @@ readstat_error_t parsePass(FileKind kind, const QByteArray &path, readstat_value
         // The context lives on this stack frame; the parser must not free it.
         readstat_set_io_ctx(parser, nullptr);
     } else {
-        result = readstat_parse_dta(parser, path.constData(), importer);
+        DtaPass pass;
+        pass.importer = importer;
+        pass.valueLabels = valueLabels;
+        pass.variables = variables;
+        readstat_set_metadata_handler(parser, dtaMetadata);
+        if (valueLabels)
+            readstat_set_value_label_handler(parser, dtaValueLabel);
+        if (variables)
+            readstat_set_variable_handler(parser, dtaVariable);
+        result = readstat_parse_dta(parser, path.constData(), &pass);
     }
     readstat_parser_free(parser);
     return result;

@@ -5,6 +5,7 @@
 
 #include "../fuzz/FuzzReaders.h"
 
+#include "FixtureReadStat.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -138,6 +139,30 @@ TEST(FuzzRegressionCSProJson, CopiesStopAtTheItemLimit)
     EXPECT_EQ(d.getItemsCount(), TCSPro::MaxExpandedItems);
     EXPECT_EQ(d.getItem(TCSPro::MaxExpandedItems - 1)->name, QStringLiteral("A25_25"));
     kxfuzz::releaseModel(d);
+}
+
+// In Stata files before format 110 a label-set name has a field of 9 bytes; a
+// name of 9 characters fills it with no NUL after it. The name is read whole
+// and nothing past the field.
+TEST(FuzzRegressionStata, LabelSetNameThatFillsItsFieldIsReadWithinTheField)
+{
+    using kxtest::ReadStatFile;
+    ReadStatFile f;
+    f.container = ReadStatFile::Container::Dta;
+    f.dtaVersion = 105;
+    f.labelSets = {{"yesnoyesn", ReadStatFile::Type::Int32,
+                    {kxtest::numericLabel(1, "Yes"), kxtest::numericLabel(2, "No")}}};
+    f.variables = {kxtest::readStatVariable("answer", ReadStatFile::Type::Int8, "%8.0g", "Answer", "yesnoyesn")};
+    QTemporaryDir dir;
+    QString error;
+    const QString path = kxtest::writeReadStatFile(dir, QStringLiteral("full.dta"), f, &error);
+    ASSERT_FALSE(path.isEmpty()) << error.toStdString();
+
+    TSTATADataImport importer(path);
+    importer.openFile();
+    ASSERT_EQ(importer.getFieldCount(), 1);
+    EXPECT_EQ(importer.getField(0)->getValueLabels(), QStringLiteral("1 Yes\t2 No\t"));
+    qDeleteAll(*importer.getFields());
 }
 
 // Every folder under tests/data/regress is named after a fuzz target, so no
