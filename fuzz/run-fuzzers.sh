@@ -11,7 +11,8 @@
 # jobs, default 2). Crashes, hangs and sanitizer reports are saved as
 # $KX_FUZZ_OUT/<target>/crash-*, timeout-*, oom-*; the inputs that grew
 # coverage go to $KX_FUZZ_BUILD/corpus/<target> (the seed folders under
-# fuzz/corpus are only read). Each run's log is $KX_FUZZ_OUT/<target>.log.
+# fuzz/corpus are only read). Each run's log is
+# $KX_FUZZ_OUT/<target>-<date>.log; libFuzzer's final stats end it.
 # Exit status 1 when any target found something.
 set -euo pipefail
 
@@ -57,7 +58,10 @@ for target in "${targets[@]}"; do
     cspro_text|lookup) dict=(-dict="$here/cspro.dict") ;;
     cspro_json) dict=(-dict="$here/json.dict") ;;
   esac
-  log="$out/$target.log"
+  log="$out/$target-$(date +%Y%m%d-%H%M%S).log"
+  # Findings of this run only: artifacts newer than this mark.
+  mark="$artifacts/.started"
+  touch "$mark"
   echo "== $target: ${seconds}s, log $log"
   set +e
   "$build/fuzz/fuzz_$target" "$corpus" "${seeds[@]}" "${dict[@]}" \
@@ -68,7 +72,7 @@ for target in "${targets[@]}"; do
   execs=$(grep -o 'stat::number_of_executed_units: *[0-9]*' "$log" | grep -o '[0-9]*$' || true)
   speed=$(grep -o 'stat::average_exec_per_sec: *[0-9]*' "$log" | grep -o '[0-9]*$' || true)
   cov=$(grep -o 'cov: [0-9]*' "$log" | tail -1 | grep -o '[0-9]*' || true)
-  found=$(find "$artifacts" -type f | wc -l)
+  found=$(find "$artifacts" -type f -newer "$mark" ! -name .started | wc -l)
   [[ $rc -eq 0 && $found -eq 0 ]] || status=1
   summary+=("$(printf '%-11s exit %-3s executions %-10s exec/s %-7s coverage %-6s findings %s' \
     "$target" "$rc" "${execs:-?}" "${speed:-?}" "${cov:-?}" "$found")")
