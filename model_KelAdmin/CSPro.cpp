@@ -197,14 +197,15 @@ QStringList *TCSPro::getSection(QStringList *lines, int &index)
 
 QString TCSPro::processLine(QStringList section, QString command, QString def)
 {
-    if (section.isEmpty())
-        return def;
-    for (const QString &line : section) {
+    for (const QString &line : qAsConst(section)) {
         if (!line.contains(command))
             continue;
-        // Only the first line containing the command counts.
-        const QStringList parts = line.split(EQUALCHR, Qt::KeepEmptyParts);
-        return parts.size() == 2 ? parts.at(1) : def;
+        // Only the first line containing the command counts, and only when
+        // it splits at "=" into exactly two parts.
+        const int equal = line.indexOf(EQUALCHR);
+        if (equal < 0 || line.indexOf(EQUALCHR, equal + 1) >= 0)
+            return def;
+        return line.mid(equal + 1);
     }
     return def;
 }
@@ -343,7 +344,7 @@ void TCSPro::processValueSet(QStringList *lines, int &index)
 
     for (const QString &raw : qAsConst(*section)) {
         const QString line = raw.trimmed();
-        if (line.left(6).toUpper() == QLatin1String("VALUE=")) {
+        if (line.startsWith(QLatin1String("VALUE="), Qt::CaseInsensitive)) {
             closePending();
             pending = new TValueSetItem;
             pending->special = false;
@@ -372,7 +373,7 @@ void TCSPro::processValueSet(QStringList *lines, int &index)
             // Only the opening apostrophe is removed; a closing one stays.
             if (pending->code.startsWith(QLatin1Char('\'')))
                 pending->code.remove(0, 1);
-        } else if (pending && line.left(5).toUpper() == QLatin1String("NAME=")) {
+        } else if (pending && line.startsWith(QLatin1String("NAME="), Qt::CaseInsensitive)) {
             const QString rest = line.mid(5);
             const int comma = rest.indexOf(COMMACHR);
             if (comma <= 0) {

@@ -3,7 +3,9 @@
 #include "KxConstants.h"
 #include "KxErrorManager.h"
 
+#include <QPair>
 #include <QRegularExpression>
+#include <QVector>
 
 #include <algorithm>
 #include <stdexcept>
@@ -129,17 +131,31 @@ void TCSProValueSet::sortItems()
     try {
         if (isNumeric) {
             // The numeric comparator is an ordering only when every code is an
-            // integer (validateItems(1) has been passed). For any other content
-            // a merge sort is used so that a comparator answering true both
-            // ways cannot drive the sort outside the list.
-            const bool ordering = std::all_of(items->cbegin(), items->cend(), [](const TValueSetItem *e) {
-                return e && isBase10Int(e->code);
-            });
-            auto less = [](TValueSetItem *a, TValueSetItem *b) { return CompareCodesNumeric(a, b); };
-            if (ordering)
-                std::sort(items->begin(), items->end(), less);
-            else
-                std::stable_sort(items->begin(), items->end(), less);
+            // integer (validateItems(1) has been passed). Then each code is
+            // converted once and the sort compares the numbers, which answers
+            // exactly as CompareCodesNumeric does. For any other content a merge
+            // sort is used so that a comparator answering true both ways cannot
+            // drive the sort outside the list.
+            QVector<QPair<int, TValueSetItem *>> keyed;
+            keyed.reserve(items->size());
+            bool ordering = true;
+            for (TValueSetItem *e : qAsConst(*items)) {
+                bool ok = false;
+                const int code = e ? e->code.toInt(&ok, 10) : 0;
+                ordering = ordering && ok;
+                keyed.append(qMakePair(code, e));
+            }
+            if (ordering) {
+                std::sort(keyed.begin(), keyed.end(),
+                          [](const QPair<int, TValueSetItem *> &a, const QPair<int, TValueSetItem *> &b) {
+                              return a.first < b.first;
+                          });
+                for (int i = 0; i < keyed.size(); ++i)
+                    (*items)[i] = keyed.at(i).second;
+            } else {
+                std::stable_sort(items->begin(), items->end(),
+                                 [](TValueSetItem *a, TValueSetItem *b) { return CompareCodesNumeric(a, b); });
+            }
         } else {
             std::sort(items->begin(), items->end(),
                       [](TValueSetItem *a, TValueSetItem *b) { return CompareCodes(a, b); });
@@ -220,6 +236,9 @@ bool IsNumeric2(QString s)
 bool IsDecimal(const QString &s)
 {
     static const QRegularExpression decimal(QStringLiteral("^\\d*\\.\\d*$"));
+    // Without a point the pattern cannot match: most codes skip the regex.
+    if (!s.contains(QLatin1Char('.')))
+        return false;
     return decimal.match(s).hasMatch();
 }
 
