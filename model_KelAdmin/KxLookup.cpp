@@ -157,14 +157,16 @@ bool TKxLookup::importAVL(TKxLabelFrequencies &frequencies, QStringList &errors)
                                              key, QString::number(key.length()), QString::number(referenceKeySize)));
         }
 
-        if (lookupMap.contains(key)) {
+        // One search finds both a duplicate and the place to insert at.
+        const auto place = lookupMap.lowerBound(key);
+        if (place != lookupMap.end() && place.key() == key) {
             // The first occurrence wins; the repeated line counts for nothing.
             if (fileChecks)
                 issueErrorMessage(errors, MLDBGetMessage(QStringLiteral("KxLookup.importAVL.duplicateKey"),
                                                          QStringLiteral("Key [%1] already exists"), key));
             continue;
         }
-        lookupMap.insert(key, keyLabel);
+        lookupMap.insert(place, key, keyLabel);
 
         if (labelCount) {
             // Every entered line raises the count of its label.
