@@ -25,11 +25,14 @@
 
 #include <ctime>
 #include <malloc.h>
+#include <algorithm>
 #include <functional>
 #include <set>
 #include <cstdio>
 #include <map>
+#include <random>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -201,12 +204,18 @@ void writeStatFile(const QString &path, bool stata, int rows)
     writeOrDie(path, bytes);
 }
 
-// Key and label separated by a tab; one label in ten repeats.
-QByteArray lookupFile(int lines)
+// Key and label separated by a tab; one label in ten repeats. Keys in
+// ascending order, or shuffled (the same lines in a fixed random order).
+QByteArray lookupFile(int lines, bool shuffled)
 {
+    std::vector<int> order(static_cast<std::size_t>(lines));
+    for (int i = 0; i < lines; ++i)
+        order[std::size_t(i)] = i;
+    if (shuffled)
+        std::shuffle(order.begin(), order.end(), std::mt19937(12345));
     QByteArray out;
     out.reserve(lines * 32);
-    for (int i = 0; i < lines; ++i)
+    for (int i : order)
         out += QByteArray::number(1000000 + i) + "\tArea number " + QByteArray::number(i % (lines / 10 + 1)) + "\n";
     return out;
 }
@@ -219,9 +228,9 @@ QString cSProJsonName(int items)
 {
     return QStringLiteral("dict-%1.json").arg(items);
 }
-QString lookupName(int lines)
+QString lookupName(int lines, bool shuffled)
 {
-    return QStringLiteral("lookup-%1.txt").arg(lines);
+    return QStringLiteral("lookup-%1%2.txt").arg(lines).arg(shuffled ? "-shuffled" : "");
 }
 
 // Each input is written on its first use, before any timing, so a run
@@ -253,10 +262,10 @@ QString cSProJsonInput(int items)
     return inputPath(name);
 }
 
-QString lookupInput(int lines)
+QString lookupInput(int lines, bool shuffled)
 {
-    const QString name = lookupName(lines);
-    ensureInput(name, [lines](const QString &path) { writeOrDie(path, lookupFile(lines)); });
+    const QString name = lookupName(lines, shuffled);
+    ensureInput(name, [lines, shuffled](const QString &path) { writeOrDie(path, lookupFile(lines, shuffled)); });
     return inputPath(name);
 }
 
@@ -402,7 +411,8 @@ void BM_Lookup(benchmark::State &state)
 {
     const int lines = int(state.range(0));
     const auto mode = static_cast<econsistencyCheck>(state.range(1));
-    const QString path = lookupInput(lines);
+    const bool shuffled = state.range(2) != 0;
+    const QString path = lookupInput(lines, shuffled);
     double subject = 0;
     double baseline = 0;
     int entries = 0;
@@ -427,8 +437,10 @@ void BM_Lookup(benchmark::State &state)
         settleHeap();
     }
     state.counters["entries"] = entries;
-    report(state, "lookup" + std::string(mode == eNoCheck ? "" : "-checked") + "/" + std::to_string(lines), subject,
-           baseline, lines);
+    report(state,
+           "lookup" + std::string(mode == eNoCheck ? "" : "-checked") + (shuffled ? "-shuffled" : "") + "/"
+               + std::to_string(lines),
+           subject, baseline, lines);
 }
 
 void registerAll()
@@ -447,11 +459,13 @@ void registerAll()
         ->Iterations(50)->UseManualTime()->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("BM_StataDictionary", BM_StataDictionary)
         ->Iterations(50)->UseManualTime()->Unit(benchmark::kMillisecond);
-    for (int mode : {int(eNoCheck), int(eFileChecksAndFrequencies)}) {
+    // Arguments: lines, consistency mode, keys shuffled (1) or in ascending order (0).
+    const std::vector<int64_t> lookupRuns[] = {{eNoCheck, 0}, {eFileChecksAndFrequencies, 0}, {eNoCheck, 1}};
+    for (const auto &run : lookupRuns) {
         benchmark::RegisterBenchmark("BM_Lookup", BM_Lookup)
-            ->Args({100000, mode})->Iterations(5)->UseManualTime()->Unit(benchmark::kMillisecond);
+            ->Args({100000, run[0], run[1]})->Iterations(5)->UseManualTime()->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark("BM_Lookup", BM_Lookup)
-            ->Args({1000000, mode})->Iterations(2)->UseManualTime()->Unit(benchmark::kMillisecond);
+            ->Args({1000000, run[0], run[1]})->Iterations(2)->UseManualTime()->Unit(benchmark::kMillisecond);
     }
 }
 
@@ -486,7 +500,7 @@ bool flat(double small, double large)
 void printSummary()
 {
     // A filtered run leaves some figures out (printed as -1).
-    g_complete = g_figures.size() == 12;
+    g_complete = g_figures.size() == 14;
     std::printf("\nSummary (ratios measured in the same iterations as their baselines)\n");
     std::printf("%-34s %12s %12s %12s  %s\n", "measure", "small", "medium", "large", "target");
     const double t1 = figureRatio("text/1000"), t2 = figureRatio("text/10000"), t3 = figureRatio("text/100000");
@@ -512,6 +526,8 @@ void printSummary()
     std::printf("%-34s %12.0f %12s %12.0f  flat: %s\n", "Lookup ns per line", n1, "", n2, verdict(flat(n1, n2)));
     const double c1 = figureRatio("lookup-checked/100000"), c2 = figureRatio("lookup-checked/1000000");
     std::printf("%-34s %12.2f %12s %12.2f  (information)\n", "Lookup, checks+counts / lines", c1, "", c2);
+    const double r1 = figureRatio("lookup-shuffled/100000"), r2 = figureRatio("lookup-shuffled/1000000");
+    std::printf("%-34s %12.2f %12s %12.2f  (information)\n", "Lookup, keys shuffled / lines", r1, "", r2);
     std::fflush(stdout);
 }
 

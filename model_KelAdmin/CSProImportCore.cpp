@@ -6,6 +6,7 @@
 #include "KxConstants.h"
 
 #include <QDebug>
+#include <QMessageBox>
 
 #include <string>
 
@@ -119,6 +120,22 @@ TCSProImportCore<Reader, Variable>::TCSProImportCore(QString sourceName)
 // callers may still point into the dictionary.
 template <class Reader, class Variable>
 TCSProImportCore<Reader, Variable>::~TCSProImportCore() = default;
+
+template <class Reader, class Variable>
+void TCSProImportCore<Reader, Variable>::setDecimalChoice(TDecimalChoice choice)
+{
+    switch (choice) {
+    case TDecimalChoice::YesToAll:
+        setDecimalChoice(1, QMessageBox::YesToAll);
+        break;
+    case TDecimalChoice::NoToAll:
+        setDecimalChoice(2, QMessageBox::NoToAll);
+        break;
+    case TDecimalChoice::Ask:
+        setDecimalChoice(0, QMessageBox::NoButton);
+        break;
+    }
+}
 
 template <class Reader, class Variable>
 QString TCSProImportCore<Reader, Variable>::getDataProviderType()

@@ -11,6 +11,15 @@
 
 class TCSProItem;
 
+/*! \brief The answer given in advance to the decimal prompt of CSPro text
+ * dictionaries (a numeric value set holding a code such as 0.5).
+ */
+enum class TDecimalChoice {
+    Ask,      //!< show the prompt (needs a QApplication and someone to answer it)
+    YesToAll, //!< turn every decimal code into "0" and keep the value sets
+    NoToAll   //!< drop every value set that holds a decimal code
+};
+
 /*! \brief One CSPro dictionary item as a generic field.
  *
  * Missing and not-applicable values are those of the dictionary item, which
@@ -103,6 +112,8 @@ public:
         presetDecimalMode = mode;
         presetDecimalAnswer = answer;
     }
+    //! The same choice in one value: Ask is mode 0, YesToAll mode 1, NoToAll mode 2.
+    void setDecimalChoice(TDecimalChoice choice);
     int getPresetDecimalMode() const { return presetDecimalMode; }
     int getPresetDecimalAnswer() const { return presetDecimalAnswer; }
 

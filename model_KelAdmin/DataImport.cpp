@@ -94,6 +94,7 @@ void TDataImport::openDataImport()
 {
     fields = new QList<TGenericField *>;
     fieldIndex.clear();
+    readNotes.clear();
 }
 
 bool TDataImport::closeDataImport()

@@ -3,6 +3,8 @@
 
 #include "model_kelAdmin_export.h"
 
+#include "ReadNote.h"
+
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -43,7 +45,7 @@ public:
     virtual int getRecordTypeSize();
 
     void registerIOFormat();
-    //! Starts a new field list; the old field objects are not deleted.
+    //! Starts a new field list (the old field objects are not deleted) and empties the reading notes.
     void openDataImport();
     bool closeDataImport();
     void initDataImport();
@@ -66,10 +68,17 @@ public:
     //! Appends one new source field per field; the caller owns them.
     void getDictionary(QList<TKxSourceField *> *out);
 
+    /*! The reading notes of the last openFile(): every place where the file
+     * says more than the reading kept. Emptied when openFile() starts. */
+    TReadNotes getReadNotes() const { return readNotes; }
+
     double getOpeningValue() const { return openingValue; }
     int getImportCounter() const { return importCounter; }
 
 protected:
+    void addReadNote(const TReadNote &note) { readNotes.append(note); }
+    void addReadNotes(const TReadNotes &notes) { readNotes.append(notes); }
+
     QString sourceName;
     QList<TGenericField *> *fields = nullptr;
     QString dataSourceName;
@@ -77,6 +86,7 @@ protected:
     // Set by the importers' openFile(); kept for callers outside this library.
     double openingValue = 0.0;
     int importCounter = 0;
+    TReadNotes readNotes;
 };
 
 #endif // DATAIMPORT_H

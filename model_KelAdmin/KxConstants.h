@@ -3,16 +3,23 @@
 
 #include <QString>
 
-// Shared constant texts. Each translation unit that includes this header
-// builds its own copy at load time, so every constant exists once per unit.
+/*! \file KxConstants.h
+ * \brief Shared constant texts.
+ *
+ * Each translation unit that includes this header builds its own copy at
+ * load time, so every constant exists once per unit.
+ */
 
-// Field type names (type codes 1 integer, 2 real, 3 text).
+//! Field type names (type codes 1 integer, 2 real, 3 text).
+//!@{
 static const QString SSTRING = QStringLiteral("STRING");
 static const QString SREAL = QStringLiteral("REAL");
 static const QString SINTEGER = QStringLiteral("INTEGER");
+//!@}
 
-// File extensions, their file-type labels and file-dialog filters. Each
-// filter ends in ";;" so that filters can be concatenated into one list.
+//! File extensions, their file-type labels and file-dialog filters. Each
+//! filter ends in ";;" so that filters can be concatenated into one list.
+//!@{
 static const QString EXTENSION_DAT = QStringLiteral(".dat");
 static const QString EXTENSION_JSON = QStringLiteral(".json");
 static const QString EXTENSION_LSD = QStringLiteral(".lsd.json");
@@ -28,8 +35,10 @@ static const QString EXTENSION_WIP = QStringLiteral(".wip.json");
 static const QString EXTENSION_WIP_FILETYPE = QStringLiteral("Kelvo Hierarchy");
 static const QString EXTENSION_WIP_SEARCH =
     EXTENSION_WIP_FILETYPE + QStringLiteral(" (*%1)").arg(EXTENSION_WIP, 0, QLatin1Char(' ')) + QStringLiteral(";;");
+//!@}
 
-// Separators.
+//! Separators.
+//!@{
 static const QString COLONCHR = QStringLiteral(":");
 static const QString COMMACHR = QStringLiteral(",");
 static const QString ENDLINE = QStringLiteral("\r\n"); // on every platform
@@ -38,10 +47,13 @@ static const QString SEMICOLONCHR = QStringLiteral(";");
 static const QString SPACECHR = QStringLiteral(" ");
 static const QString TABCHR = QStringLiteral("\t");
 static const QString UNDERSCORE = QStringLiteral("_");
+//!@}
 
+//! The text of a yes answer in the tool's files.
 static const QString AXYES = QStringLiteral("YES");
 
-// CSPro dictionary section headers, section types and command words.
+//! CSPro dictionary section headers.
+//!@{
 static const QString HEAD_DICT = QStringLiteral("[Dictionary]");
 static const QString HEAD_LEVEL = QStringLiteral("[Level]");
 static const QString HEAD_RECORD = QStringLiteral("[Record]");
@@ -49,12 +61,18 @@ static const QString HEAD_ITEM = QStringLiteral("[Item]");
 static const QString HEAD_VSET = QStringLiteral("[ValueSet]");
 static const QString HEAD_COMMON = QStringLiteral("[IdItems]");
 static const QString HEAD_RELATION = QStringLiteral("[Relation]");
+//!@}
 
+//! CSPro dictionary section types.
+//!@{
 static const QString TYPE_DICTIONARY = QStringLiteral("DICTIONARY");
 static const QString TYPE_RECORD = QStringLiteral("RECORD");
 static const QString TYPE_ITEM = QStringLiteral("ITEM");
 static const QString TYPE_VALUESET = QStringLiteral("VALUESET");
+//!@}
 
+//! CSPro dictionary command words (the keys of key=value lines).
+//!@{
 static const QString CMD_LABEL = QStringLiteral("Label");
 static const QString CMD_NAME = QStringLiteral("Name");
 static const QString CMD_NOTE = QStringLiteral("Note");
@@ -75,11 +93,14 @@ static const QString CMD_RECTYPEVALUE = QStringLiteral("RecordTypeValue");
 static const QString CMD_REQUIRED = QStringLiteral("Required");
 static const QString CMD_POSITIONS = QStringLiteral("Positions");
 static const QString CMD_VALUE = QStringLiteral("Value");
+//!@}
 
-// Module names that errors are raised under. The wider product has one per
-// component; this library raises errors under these three only.
+//! Module names that errors are raised under. The wider product has one per
+//! component; this library raises errors under these three only.
+//!@{
 static const QString EM_DataImport = QStringLiteral("DataImport");
 static const QString EM_CSPro = QStringLiteral("CSPro");
 static const QString EM_CSProValueSet = QStringLiteral("CSProValueSet");
+//!@}
 
 #endif // KXCONSTANTS_H

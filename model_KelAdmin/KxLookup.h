@@ -6,8 +6,11 @@
 #include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 
+#include <deque>
 #include <memory>
+#include <vector>
 
 class QFile;
 class QTextStream;
@@ -90,12 +93,42 @@ public:
 
     //! The separator character that \a code stands for.
     static QString separatorText(int code);
+    //! The separator character that \a code stands for, as one character.
+    static QChar separatorChar(int code);
 
 private:
     bool fileChecksOn() const { return (static_cast<int>(consistency) & eFileChecks) != 0; }
     bool labelCountOn() const { return (static_cast<int>(consistency) & eLabelFrequencies) != 0; }
     void closeReader();
     void nextLine(const QString &line);
+
+    class LineReader;
+    // One line of the file as importAVL() reads it.
+    struct LookupPair
+    {
+        QString key;
+        QString label;
+        int line = 0;
+    };
+    // A message found while reading, issued once the duplicates are known.
+    // Within one line the kinds come in this order.
+    struct PendingMessage
+    {
+        enum Kind { NoSeparator, WrongKeySize, DuplicateKey };
+        int line;
+        Kind kind;
+        QString key;
+        int referenceKeySize = 0;
+    };
+    // Splits \a line at the separator; false (key and label untouched) when there is none before it.
+    bool splitLine(QStringView line, QString &key, QString &label) const;
+    // How the keys came in the file.
+    enum class KeyOrder { Ascending, AscendingWithRepeats, Unordered };
+    // Reads every line into pairs.
+    KeyOrder readPairs(LineReader &reader, std::deque<LookupPair> &pairs, std::vector<PendingMessage> &pending);
+    void enterPairs(std::deque<LookupPair> &pairs, bool noDuplicates, TKxLabelFrequencies &frequencies,
+                    std::vector<PendingMessage> &pending);
+    void issuePending(QStringList &errors, std::vector<PendingMessage> &pending);
 
     QString id;
     QString label;

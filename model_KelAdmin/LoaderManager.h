@@ -9,11 +9,15 @@
 
 class TDataImport;
 
+/*! \file LoaderManager.h
+ * \brief The importer registry and its free functions.
+ */
+
 //! Description of one importer type handed to RegisterLoader; nothing reads it.
 struct MODEL_KELADMIN_EXPORT TDataProviderProperties
 {
-    QString typeName;
-    QString label;
+    QString typeName; //!< the type name an importer reports ("CSPRO", "SPSS", ...)
+    QString label;    //!< a label for the user
 };
 
 /*! \brief The importer registry.
@@ -26,15 +30,19 @@ class MODEL_KELADMIN_EXPORT TLoaderManager : public QObject
 {
     Q_OBJECT
 public:
+    //! A manager with an empty list of type names.
     TLoaderManager();
     //! Destroys the QObject part only: the name list outlives its manager.
     ~TLoaderManager() override;
 
+    //! Makes a new, empty registry the current one; the previous one is not released.
     static void InitDataClassLoader();
+    //! Kept in the interface; does nothing.
     static void DestroyDataClassLoader();
     //! Stores nothing; throws error 106 when the registry is not initialised.
     static void RegisterLoader(TDataProviderProperties *properties);
 
+    //! The registered type names: always empty, since registration stores nothing.
     QStringList *getTypeNames() const { return typeNames; }
 
 private:

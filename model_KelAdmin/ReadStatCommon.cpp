@@ -1,6 +1,7 @@
 #include "ReadStatCommon_p.h"
 
 #include "GenericField.h"
+#include "ReadStatNotes_p.h"
 
 #include <QFile>
 
@@ -28,6 +29,8 @@ struct PatchedIo
 {
     QFile file;
     qint64 position = 0;
+    //! The header's date as the file holds it, before the replacement.
+    QByteArray originalDate = QByteArray(SavDateLength, ' ');
 };
 
 int ioOpen(const char *path, void *ctx)
@@ -72,8 +75,11 @@ ssize_t ioRead(void *buf, size_t nbyte, void *ctx)
     // language, which ReadStat would reject.
     const qint64 from = qMax(io->position, SavDateOffset);
     const qint64 to = qMin(io->position + got, SavDateOffset + SavDateLength);
-    for (qint64 at = from; at < to; ++at)
-        static_cast<char *>(buf)[at - io->position] = NeutralSavDate[at - SavDateOffset];
+    for (qint64 at = from; at < to; ++at) {
+        char &byte = static_cast<char *>(buf)[at - io->position];
+        io->originalDate[int(at - SavDateOffset)] = byte;
+        byte = NeutralSavDate[at - SavDateOffset];
+    }
     io->position += got;
     return got;
 }
@@ -118,47 +124,115 @@ qint32 truncateToInt(double v)
     return static_cast<qint32>(v);
 }
 
-void applyLabelSet(TGenericField *field, LabelSets *sets, const char *labelSet, bool numeric, int decimals,
-                   const VariableRules &rules)
+//! Lowest and highest number among a variable's value labels, each with
+//! whether any entry set it.
+struct Bounds
 {
-    if (!labelSet)
-        return;
-    auto it = sets->sets.find(QByteArray(labelSet));
-    if (it == sets->sets.end())
-        return;
-
     double minimum = 999999999.0;
     double maximum = -999999999.0;
     bool minimumChanged = false;
     bool maximumChanged = false;
+
+    void take(double number)
+    {
+        if (number < minimum) {
+            minimum = number;
+            minimumChanged = true;
+        }
+        if (number > maximum) {
+            maximum = number;
+            maximumChanged = true;
+        }
+    }
+};
+
+//! The set \a labelSet names, marked as named; null (with a note when it
+//! names a set the file does not define) when there is none.
+LabelSet *findNamedSet(LabelSets *sets, const char *labelSet, const QString &variable, TReadNotes *notes)
+{
+    if (!labelSet)
+        return nullptr;
+    auto it = sets->sets.find(QByteArray(labelSet));
+    if (it == sets->sets.end()) {
+        if (notes && *labelSet)
+            notes->append(labelSetMissingNote(variable, labelSet));
+        return nullptr;
+    }
+    it->named = true;
+    return &it.value();
+}
+
+void applyLabelSet(TGenericField *field, LabelSets *sets, const char *labelSet, bool numeric, int decimals,
+                   const VariableRules &rules, TReadNotes *notes)
+{
+    LabelSet *set = findNamedSet(sets, labelSet, field->getName(), notes);
+    if (!set)
+        return;
+    const bool cuts = rules.truncateWholeNumbers && decimals == 0;
+    EntryNotes entryNotes(notes, field->getName(), labelSet, decimals, cuts, set->cutBy);
+    if (notes && rules.valueLabelText != TextKind::Utf8 && !set->textNoted) {
+        set->textNoted = true;
+        addLabelTextNotes(notes, labelSet, set->entries, rules.valueLabelText);
+    }
+
+    Bounds bounds;
     QString text = field->getValueLabels();
-    for (ValueLabelEntry &entry : it.value()) {
-        if (rules.truncateWholeNumbers && decimals == 0 && entry.doubleValue != -1.0) {
+    for (ValueLabelEntry &entry : set->entries) {
+        if (cuts && entry.doubleValue != -1.0) {
             entry.intValue = truncateToInt(entry.doubleValue);
             entry.doubleValue = -1.0;
+            if (set->cutBy.isEmpty())
+                set->cutBy = field->getName();
         }
         bool skip = false;
         const QString value = valueText(entry, &skip);
+        if (notes)
+            entryNotes.add(entry, value, skip);
         if (skip)
             continue;
-        if (numeric && (entry.intValue != -1 || entry.doubleValue != -1.0)) {
-            const double number = entry.intValue != -1 ? entry.intValue : entry.doubleValue;
-            if (number < minimum) {
-                minimum = number;
-                minimumChanged = true;
-            }
-            if (number > maximum) {
-                maximum = number;
-                maximumChanged = true;
-            }
-        }
+        if (numeric && (entry.intValue != -1 || entry.doubleValue != -1.0))
+            bounds.take(entry.intValue != -1 ? entry.intValue : entry.doubleValue);
         text += value + QLatin1Char(' ') + toText(entry.label.constData(), rules.valueLabelText) + QLatin1Char('\t');
     }
+    if (notes)
+        entryNotes.finish();
     field->setValueLabels(text);
-    if (numeric && minimumChanged)
-        field->setMinimum(QString::number(minimum, 'g', 6));
-    if (numeric && maximumChanged)
-        field->setMaximum(QString::number(maximum, 'g', 6));
+    if (numeric && bounds.minimumChanged)
+        field->setMinimum(QString::number(bounds.minimum, 'g', 6));
+    if (numeric && bounds.maximumChanged)
+        field->setMaximum(QString::number(bounds.maximum, 'g', 6));
+}
+
+//! Type code from ReadStat's storage type; false for strings (and the types read as strings).
+bool setFieldType(TGenericField *field, readstat_type_t type, int decimals, const VariableRules &rules)
+{
+    switch (type) {
+    case READSTAT_TYPE_INT8:
+    case READSTAT_TYPE_INT16:
+    case READSTAT_TYPE_INT32:
+        field->setFieldType(1);
+        return true;
+    case READSTAT_TYPE_FLOAT:
+    case READSTAT_TYPE_DOUBLE:
+        field->setFieldType(rules.realNeedsDecimals && decimals == 0 ? 1 : 2);
+        return true;
+    default:
+        // Strings; string references and unknown types are read as strings too.
+        field->setFieldType(3);
+        field->setNotApplicableCode(QLatin1String(""));
+        return false;
+    }
+}
+
+void setWidth(TGenericField *field, const readstat_variable_t *variable, const char *format,
+              const VariableRules &rules)
+{
+    if (rules.widthFromFormat) {
+        field->setSize(formatWidthDigit(format));
+    } else {
+        const size_t width = readstat_variable_get_storage_width(variable);
+        field->setSize(static_cast<int>(qMin<size_t>(width, MaxNines)));
+    }
 }
 
 } // namespace
@@ -166,7 +240,7 @@ void applyLabelSet(TGenericField *field, LabelSets *sets, const char *labelSet, 
 int collectValueLabel(LabelSets *sets, const char *labelSet, readstat_value_t value, const char *label,
                       const char *where, int line)
 {
-    QList<ValueLabelEntry> &entries = sets->sets[QByteArray(labelSet)];
+    QList<ValueLabelEntry> &entries = sets->sets[QByteArray(labelSet)].entries;
     ValueLabelEntry entry;
     // Read as a plain int: a type outside the enumeration must reach the
     // default branch, not undefined behaviour.
@@ -203,50 +277,60 @@ int collectValueLabel(LabelSets *sets, const char *labelSet, readstat_value_t va
     }
     if (!label)
         return READSTAT_HANDLER_OK;
+    entry.fromDouble = type == READSTAT_TYPE_FLOAT || type == READSTAT_TYPE_DOUBLE;
+    entry.fileDouble = entry.doubleValue;
+    if (value.is_tagged_missing)
+        entry.missingTag = value.tag;
+    else if (value.is_system_missing)
+        entry.missingTag = '.';
     entry.label = QByteArray(label);
     entries.append(entry);
     return READSTAT_HANDLER_OK;
 }
 
 void describeVariable(TGenericField *field, const readstat_variable_t *variable, LabelSets *sets,
-                      const char *labelSet, const VariableRules &rules)
+                      const char *labelSet, const VariableRules &rules, TReadNotes *notes)
 {
     const char *format = readstat_variable_get_format(variable);
     // ReadStat leaves its own decimals member at 0; the format text has them.
     const int decimals = formatDecimals(format);
-    bool numeric = true;
-    switch (readstat_variable_get_type(variable)) {
-    case READSTAT_TYPE_INT8:
-    case READSTAT_TYPE_INT16:
-    case READSTAT_TYPE_INT32:
-        field->setFieldType(1);
-        break;
-    case READSTAT_TYPE_FLOAT:
-    case READSTAT_TYPE_DOUBLE:
-        field->setFieldType(rules.realNeedsDecimals && decimals == 0 ? 1 : 2);
-        break;
-    default:
-        // Strings; string references and unknown types are read as strings too.
-        field->setFieldType(3);
-        field->setNotApplicableCode(QLatin1String(""));
-        numeric = false;
-        break;
-    }
+    const bool numeric = setFieldType(field, readstat_variable_get_type(variable), decimals, rules);
 
-    field->setName(toText(readstat_variable_get_name(variable), TextKind::Ascii));
-    field->setLabel(toText(readstat_variable_get_label(variable), rules.labelText));
+    const char *name = readstat_variable_get_name(variable);
+    const char *label = readstat_variable_get_label(variable);
+    field->setName(toText(name, TextKind::Ascii));
+    field->setLabel(toText(label, rules.labelText));
 
-    if (rules.widthFromFormat) {
-        field->setSize(formatWidthDigit(format));
-    } else {
-        const size_t width = readstat_variable_get_storage_width(variable);
-        field->setSize(static_cast<int>(qMin<size_t>(width, MaxNines)));
-    }
+    setWidth(field, variable, format, rules);
     if (numeric || rules.boundsForStrings) {
         field->setMinimum(QStringLiteral("0"));
         field->setMaximum(nines(field->getSize()));
     }
-    applyLabelSet(field, sets, labelSet, numeric, decimals, rules);
+    if (notes) {
+        addTextNotes(notes, field->getName(), name, label, rules.labelText);
+        addFormatNotes(notes, field->getName(), format, field->getSize(), numeric, rules);
+        addUserMissingNote(notes, field->getName(), variable);
+    }
+    applyLabelSet(field, sets, labelSet, numeric, decimals, rules, notes);
+}
+
+TReadNotes unusedLabelSetNotes(const LabelSets &sets)
+{
+    TReadNotes notes;
+    for (auto it = sets.sets.cbegin(); it != sets.sets.cend(); ++it) {
+        if (!it->named)
+            notes.append(labelSetUnusedNote(it.key(), it->entries.size()));
+    }
+    return notes;
+}
+
+void Dictionary::startRead()
+{
+    labelSets.sets.clear();
+    rowCount = -1;
+    variableCount = 0;
+    facts = FileFacts();
+    parseError = READSTAT_OK;
 }
 
 void Dictionary::addVariable(TGenericField *field, const readstat_variable_t *variable)
@@ -304,77 +388,154 @@ QString nines(qint64 count)
 
 namespace {
 
-// ReadStat 1.1 hands the variable handler a Stata label-set name straight
-// from the file's fixed-width field, with no terminating NUL when the name
-// fills the field. A Stata pass therefore goes through these handlers, which
-// copy the name, bounded by the field width of the file's format version,
-// before the importer's handler sees it.
-struct DtaPass
+// Every pass goes through these handlers, which hand the importer's own
+// handlers the importer. ReadStat 1.1 hands the variable handler a Stata
+// label-set name straight from the file's fixed-width field, with no
+// terminating NUL when the name fills the field, so a Stata name is copied,
+// bounded by the field width of the file's format version, first.
+struct Pass
 {
+    FileKind kind = FileKind::Sav;
     void *importer = nullptr;
-    readstat_value_label_handler valueLabels = nullptr;
-    readstat_variable_handler variables = nullptr;
+    PassHandlers handlers;
     size_t labelSetWidth = 9; // the narrowest field, until the metadata tells the version
+    const PatchedIo *io = nullptr;
 };
 
-int dtaMetadata(readstat_metadata_t *metadata, void *ctx)
+//! The date of a SAV header ("dd mmm yy", also with dashes or blank-padded
+//! numbers) read as ReadStat reads it: English month names, years before 70
+//! in the 2000s. Invalid for anything else, such as a month in another language.
+QDate savHeaderDate(const QByteArray &text)
 {
-    const int version = readstat_get_file_format_version(metadata);
-    static_cast<DtaPass *>(ctx)->labelSetWidth = version < 110 ? 9 : version < 118 ? 33 : 129;
+    static const char months[] = "JANFEBMARAPRMAYJUNJULAUGSEPOCTNOVDEC";
+    if (text.size() != SavDateLength || (text[2] != ' ' && text[2] != '-') || (text[6] != ' ' && text[6] != '-'))
+        return QDate();
+    const auto number = [&text](int at, bool *ok) {
+        const QByteArray digits = text.mid(at, 2).trimmed();
+        return digits.toInt(ok);
+    };
+    bool dayOk = false;
+    bool yearOk = false;
+    const int day = number(0, &dayOk);
+    const int year = number(7, &yearOk);
+    const QByteArray month = text.mid(3, 3);
+    int monthIndex = -1;
+    for (int m = 0; m < 12 && monthIndex < 0; ++m) {
+        const QByteArray upper(months + 3 * m, 3);
+        const QByteArray title = upper.left(1) + upper.mid(1).toLower();
+        if (month == upper || month == title)
+            monthIndex = m;
+    }
+    if (!dayOk || !yearOk || monthIndex < 0)
+        return QDate();
+    return QDate(year < 70 ? 2000 + year : 1900 + year, monthIndex + 1, day);
+}
+
+QDateTime creationTime(const Pass &pass, const readstat_metadata_t *metadata)
+{
+    if (pass.kind == FileKind::Dta)
+        return metadata->creation_time == 0 ? QDateTime() : QDateTime::fromSecsSinceEpoch(metadata->creation_time);
+    // ReadStat saw the neutral date: the time of day is the file's, the date is taken from the header.
+    const QDate date = savHeaderDate(pass.io ? pass.io->originalDate : QByteArray());
+    if (!date.isValid())
+        return QDateTime();
+    return QDateTime(date, QDateTime::fromSecsSinceEpoch(metadata->creation_time).time());
+}
+
+QString byteOrderText(readstat_endian_t endianness)
+{
+    switch (endianness) {
+    case READSTAT_ENDIAN_LITTLE:
+        return QStringLiteral("little-endian");
+    case READSTAT_ENDIAN_BIG:
+        return QStringLiteral("big-endian");
+    default:
+        return QString();
+    }
+}
+
+void recordMetadata(const Pass &pass, readstat_metadata_t *metadata, Dictionary *dictionary)
+{
+    dictionary->copyMetadata(metadata);
+    FileFacts &facts = dictionary->facts;
+    facts.formatVersion = readstat_get_file_format_version(metadata);
+    facts.encoding = toText(readstat_get_file_encoding(metadata), TextKind::Utf8);
+    facts.byteOrder = byteOrderText(readstat_get_endianness(metadata));
+    facts.creationTime = creationTime(pass, metadata);
+    facts.label = toText(readstat_get_file_label(metadata), TextKind::Utf8);
+}
+
+int passMetadata(readstat_metadata_t *metadata, void *ctx)
+{
+    auto *pass = static_cast<Pass *>(ctx);
+    if (pass->kind == FileKind::Dta) {
+        const int version = readstat_get_file_format_version(metadata);
+        pass->labelSetWidth = version < 110 ? 9 : version < 118 ? 33 : 129;
+    }
+    if (pass->handlers.metadata)
+        recordMetadata(*pass, metadata, pass->handlers.metadata);
     return READSTAT_HANDLER_OK;
 }
 
-int dtaValueLabel(const char *labelSet, readstat_value_t value, const char *label, void *ctx)
+int passValueLabel(const char *labelSet, readstat_value_t value, const char *label, void *ctx)
 {
-    auto *pass = static_cast<DtaPass *>(ctx);
-    return pass->valueLabels(labelSet, value, label, pass->importer);
+    auto *pass = static_cast<Pass *>(ctx);
+    return pass->handlers.valueLabels(labelSet, value, label, pass->importer);
 }
 
-int dtaVariable(int index, readstat_variable_t *variable, const char *labelSet, void *ctx)
+int passVariable(int index, readstat_variable_t *variable, const char *labelSet, void *ctx)
 {
-    auto *pass = static_cast<DtaPass *>(ctx);
-    if (!labelSet)
-        return pass->variables(index, variable, nullptr, pass->importer);
+    auto *pass = static_cast<Pass *>(ctx);
+    if (!labelSet || pass->kind != FileKind::Dta)
+        return pass->handlers.variables(index, variable, labelSet, pass->importer);
     const QByteArray name(labelSet, static_cast<int>(strnlen(labelSet, pass->labelSetWidth)));
-    return pass->variables(index, variable, name.constData(), pass->importer);
+    return pass->handlers.variables(index, variable, name.constData(), pass->importer);
+}
+
+readstat_error_t parseSav(readstat_parser_t *parser, const QByteArray &path, Pass *pass)
+{
+    PatchedIo io;
+    pass->io = &io;
+    readstat_set_open_handler(parser, ioOpen);
+    readstat_set_close_handler(parser, ioClose);
+    readstat_set_seek_handler(parser, ioSeek);
+    readstat_set_read_handler(parser, ioRead);
+    readstat_set_update_handler(parser, ioUpdate);
+    readstat_set_io_ctx(parser, &io);
+    // Only a pass that records the metadata sets the handler: with it, ReadStat
+    // also converts the file label, which may fail.
+    if (pass->handlers.metadata)
+        readstat_set_metadata_handler(parser, passMetadata);
+    const readstat_error_t result = readstat_parse_sav(parser, path.constData(), pass);
+    // The context lives on this stack frame; the parser must not free it.
+    readstat_set_io_ctx(parser, nullptr);
+    pass->io = nullptr;
+    return result;
 }
 
 } // namespace
 
-readstat_error_t parsePass(FileKind kind, const QByteArray &path, readstat_value_label_handler valueLabels,
-                           readstat_variable_handler variables, void *importer)
+readstat_error_t parsePass(FileKind kind, const QByteArray &path, const PassHandlers &handlers, void *importer)
 {
     // Every pass frees its parser; the label-set entries own copies of their texts.
     readstat_parser_t *parser = readstat_parser_init();
     if (!parser)
         return READSTAT_ERROR_MALLOC;
-    if (valueLabels)
-        readstat_set_value_label_handler(parser, valueLabels);
-    if (variables)
-        readstat_set_variable_handler(parser, variables);
+    Pass pass;
+    pass.kind = kind;
+    pass.importer = importer;
+    pass.handlers = handlers;
+    if (handlers.valueLabels)
+        readstat_set_value_label_handler(parser, passValueLabel);
+    if (handlers.variables)
+        readstat_set_variable_handler(parser, passVariable);
 
     readstat_error_t result;
     if (kind == FileKind::Sav) {
-        PatchedIo io;
-        readstat_set_open_handler(parser, ioOpen);
-        readstat_set_close_handler(parser, ioClose);
-        readstat_set_seek_handler(parser, ioSeek);
-        readstat_set_read_handler(parser, ioRead);
-        readstat_set_update_handler(parser, ioUpdate);
-        readstat_set_io_ctx(parser, &io);
-        result = readstat_parse_sav(parser, path.constData(), importer);
-        // The context lives on this stack frame; the parser must not free it.
-        readstat_set_io_ctx(parser, nullptr);
+        result = parseSav(parser, path, &pass);
     } else {
-        DtaPass pass;
-        pass.importer = importer;
-        pass.valueLabels = valueLabels;
-        pass.variables = variables;
-        readstat_set_metadata_handler(parser, dtaMetadata);
-        if (valueLabels)
-            readstat_set_value_label_handler(parser, dtaValueLabel);
-        if (variables)
-            readstat_set_variable_handler(parser, dtaVariable);
+        // Always set for Stata: the label-set width depends on the version.
+        readstat_set_metadata_handler(parser, passMetadata);
         result = readstat_parse_dta(parser, path.constData(), &pass);
     }
     readstat_parser_free(parser);
@@ -382,13 +543,20 @@ readstat_error_t parsePass(FileKind kind, const QByteArray &path, readstat_value
 }
 
 readstat_error_t parseDictionary(FileKind kind, const QString &path, readstat_value_label_handler valueLabels,
-                                 readstat_variable_handler variables, void *importer)
+                                 readstat_variable_handler variables, void *importer, Dictionary *dictionary)
 {
     const QByteArray local = path.toLocal8Bit();
     // Value labels first: the variable pass needs them. Neither pass sets a
     // value handler, so ReadStat skips the data section.
-    parsePass(kind, local, valueLabels, nullptr, importer);
-    return parsePass(kind, local, kind == FileKind::Sav ? ignoreValueLabel : nullptr, variables, importer);
+    PassHandlers labels;
+    labels.valueLabels = valueLabels;
+    labels.metadata = dictionary;
+    parsePass(kind, local, labels, importer);
+
+    PassHandlers fields;
+    fields.valueLabels = kind == FileKind::Sav ? ignoreValueLabel : nullptr;
+    fields.variables = variables;
+    return parsePass(kind, local, fields, importer);
 }
 
 } // namespace kxreadstat

@@ -2,10 +2,14 @@
 #define READSTATCOMMON_P_H
 
 // Internal to the SPSS and Stata importers: the value-label store, the
-// value-label pass and the rules both importers share. Not part of the
-// public API and not included by the umbrella header.
+// passes over the file, the rules both importers share and the reading
+// notes they give. Not part of the public API and not included by the
+// umbrella header.
+
+#include "ReadNote.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -26,12 +30,31 @@ struct ValueLabelEntry
     bool hasString = false;
     QByteArray stringValue;
     QByteArray label;
+    // What the file gave, kept for the reading notes only: the entry's double
+    // before any cut to an integer, and the missing value it stands for
+    // ('a' to 'z' for Stata's .a to .z, '.' for system missing, 0 for none).
+    bool fromDouble = false;
+    double fileDouble = 0.0;
+    char missingTag = 0;
 };
 
-//! Label-set name → its entries in the order ReadStat delivered them.
+//! The entries of one label set and what the reading did with them.
+struct LabelSet
+{
+    //! In the order ReadStat delivered them.
+    QList<ValueLabelEntry> entries;
+    //! Some variable of the variable pass named the set.
+    bool named = false;
+    //! The notes on its labels' text were given (once per set).
+    bool textNoted = false;
+    //! The first variable without decimals that cut its entries to integers in place.
+    QString cutBy;
+};
+
+//! Label-set name → its entries.
 struct LabelSets
 {
-    QMap<QByteArray, QList<ValueLabelEntry>> sets;
+    QMap<QByteArray, LabelSet> sets;
 };
 
 enum class FileKind { Sav, Dta };
@@ -65,9 +88,24 @@ struct VariableRules
 };
 
 /*! Fills \a field from ReadStat's variable record: type, name, label, width,
- * bound texts and the value labels of \a labelSet (when the set exists). */
+ * bound texts and the value labels of \a labelSet (when the set exists).
+ * Every place where the field keeps less than the file says is appended to
+ * \a notes (when not null); the notes change nothing in the field. */
 void describeVariable(TGenericField *field, const readstat_variable_t *variable, LabelSets *sets,
-                      const char *labelSet, const VariableRules &rules);
+                      const char *labelSet, const VariableRules &rules, TReadNotes *notes);
+
+//! One label-set-unused note for every set that no variable named.
+TReadNotes unusedLabelSetNotes(const LabelSets &sets);
+
+//! What the file says about itself, from ReadStat's metadata record.
+struct FileFacts
+{
+    int formatVersion = 0;  //!< 0 when unknown
+    QString encoding;       //!< empty when unknown
+    QString byteOrder;      //!< "little-endian", "big-endian" or empty
+    QDateTime creationTime; //!< invalid when unknown
+    QString label;
+};
 
 //! What an importer holds between and after the passes.
 struct Dictionary
@@ -76,9 +114,15 @@ struct Dictionary
     //! Keyed by the address of ReadStat's name text; filled, never consulted.
     QMap<const void *, TGenericField *> variablesByName;
     LabelSets labelSets;
-    qint64 rowCount = 0;
+    //! -1 when the file does not say.
+    qint64 rowCount = -1;
     qint64 variableCount = 0;
+    FileFacts facts;
+    //! ReadStat's result of the last variable pass (READSTAT_OK before any).
+    int parseError = READSTAT_OK;
 
+    //! Empties the label sets and forgets what the last file said.
+    void startRead();
     void addVariable(TGenericField *field, const readstat_variable_t *variable);
     //! Keeps the first two members of the record: row count and variable count.
     void copyMetadata(const readstat_metadata_t *metadata);
@@ -93,16 +137,28 @@ int formatWidthDigit(const char *format);
 //! The digit 9 repeated \a count times (clamped to 0 .. 65535).
 QString nines(qint64 count);
 
-/*! Runs one pass of ReadStat over \a path (local 8-bit encoding) with only the
- * given handlers and frees the parser. SAV files are read through a handler
- * that presents a neutral creation date, so headers written with a
- * non-English month name are accepted. */
-readstat_error_t parsePass(FileKind kind, const QByteArray &path, readstat_value_label_handler valueLabels,
-                           readstat_variable_handler variables, void *importer);
+//! The handlers of one pass; null ones are not set.
+struct PassHandlers
+{
+    readstat_value_label_handler valueLabels = nullptr;
+    readstat_variable_handler variables = nullptr;
+    //! When not null, the pass records the file's metadata here.
+    Dictionary *metadata = nullptr;
+};
 
-//! The two passes of a dictionary read; returns the result of the second.
+/*! Runs one pass of ReadStat over \a path (local 8-bit encoding) with only the
+ * given handlers, each receiving \a importer, and frees the parser. SAV files
+ * are read through a handler that presents a neutral creation date, so
+ * headers written with a non-English month name are accepted. */
+readstat_error_t parsePass(FileKind kind, const QByteArray &path, const PassHandlers &handlers, void *importer);
+
+/*! The two passes of a dictionary read; returns the result of the second.
+ * The first pass (value labels) also records the file's metadata in
+ * \a dictionary. A SAV file delivers it after every value label, so the
+ * file-label conversion ReadStat then adds cannot cut the labels short; a
+ * Stata pass always had a metadata handler. */
 readstat_error_t parseDictionary(FileKind kind, const QString &path, readstat_value_label_handler valueLabels,
-                                 readstat_variable_handler variables, void *importer);
+                                 readstat_variable_handler variables, void *importer, Dictionary *dictionary);
 
 } // namespace kxreadstat
 

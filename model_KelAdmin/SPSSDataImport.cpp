@@ -1,6 +1,6 @@
 #include "SPSSDataImport.h"
 
-#include "ReadStatCommon_p.h"
+#include "ReadStatImportCore_p.h"
 
 TSPSSVariable::TSPSSVariable(TDataImport *owner)
     : TGenericField(owner)
@@ -25,104 +25,58 @@ bool TSPSSVariable::isBlank()
     return fieldType == 3 && valueText().trimmed().isEmpty();
 }
 
-TSPSSDataImport::TSPSSDataImport()
-    : dictionary(new kxreadstat::Dictionary)
+template <>
+struct ReadStatTraits<TSPSSVariable>
 {
-}
+    static constexpr kxreadstat::FileKind kind = kxreadstat::FileKind::Sav;
+    static QString typeName() { return QStringLiteral("SPSS"); }
+    // A second openFile() lists every variable twice.
+    static constexpr bool restartsVariableList = false;
+    static constexpr const char *layoutDebugLine = nullptr;
+    // The result of the passes is not examined: a file that cannot be read gives no fields and no message.
+    static constexpr bool printsParseError = false;
+    static constexpr const char *sourcePath = "model_KelAdmin/SPSSDataImport";
+    static constexpr int sourceLine = 304;
+    static constexpr readstat_value_label_handler valueLabelHandler = handle_value_label_spss;
+    static constexpr readstat_variable_handler variableHandler = handle_variable_spss;
+
+    static const kxreadstat::VariableRules &rules()
+    {
+        static const kxreadstat::VariableRules spss = [] {
+            kxreadstat::VariableRules r;
+            r.realNeedsDecimals = true;
+            r.widthFromFormat = true;
+            r.truncateWholeNumbers = true;
+            r.labelText = kxreadstat::TextKind::Ascii;
+            r.valueLabelText = kxreadstat::TextKind::Utf8;
+            return r;
+        }();
+        return spss;
+    }
+};
+
+template class TReadStatImportCore<TSPSSVariable>;
+
+TSPSSDataImport::TSPSSDataImport() = default;
 
 TSPSSDataImport::TSPSSDataImport(QString name)
-    : TDataImport(name)
-    , dictionary(new kxreadstat::Dictionary)
+    : TReadStatImportCore(name)
 {
-    initDataImport();
 }
 
-// The variables belong to the field list by now, which outlives the importer.
-TSPSSDataImport::~TSPSSDataImport()
-{
-    delete dictionary;
-}
-
-QString TSPSSDataImport::getDataProviderId()
-{
-    return getDataProviderType() + QStringLiteral("_") + getSourceName();
-}
-
-QString TSPSSDataImport::getDataProviderType()
-{
-    return QStringLiteral("SPSS");
-}
-
-// The variable list is not emptied: a second call lists every variable twice.
-bool TSPSSDataImport::openFile()
-{
-    openDataImport();
-    // 1.0 marks an opened importer for callers outside this library.
-    openingValue = 1.0;
-    openRead(getSourceName());
-    return true;
-}
-
-QStringList *TSPSSDataImport::selectLayoutSource()
-{
-    return TDataImport::selectLayoutSource();
-}
-
-void TSPSSDataImport::openRead(QString path)
-{
-    dictionary->labelSets.sets.clear();
-    // A file ReadStat cannot read simply gives fewer (or no) fields.
-    kxreadstat::parseDictionary(kxreadstat::FileKind::Sav, path, handle_value_label_spss, handle_variable_spss,
-                                this);
-    for (TGenericField *field : qAsConst(dictionary->variables))
-        addField(field);
-}
-
-QList<TGenericField *> TSPSSDataImport::getVariables() const
-{
-    return dictionary->variables;
-}
-
-QStringList TSPSSDataImport::getLabelSetNames() const
-{
-    return dictionary->labelSetNames();
-}
-
-qint64 TSPSSDataImport::getRowCount() const
-{
-    return dictionary->rowCount;
-}
-
-qint64 TSPSSDataImport::getVariableCount() const
-{
-    return dictionary->variableCount;
-}
+TSPSSDataImport::~TSPSSDataImport() = default;
 
 int handle_value_label_spss(const char *labelSet, readstat_value_t value, const char *label, void *importer)
 {
-    auto *self = static_cast<TSPSSDataImport *>(importer);
-    return kxreadstat::collectValueLabel(&self->dictionary->labelSets, labelSet, value, label,
-                                         "model_KelAdmin/SPSSDataImport", 304);
+    return static_cast<TSPSSDataImport *>(importer)->onValueLabel(labelSet, value, label);
 }
 
 int handle_variable_spss(int, readstat_variable_t *variable, const char *labelSet, void *importer)
 {
-    auto *self = static_cast<TSPSSDataImport *>(importer);
-    kxreadstat::VariableRules rules;
-    rules.realNeedsDecimals = true;
-    rules.widthFromFormat = true;
-    rules.truncateWholeNumbers = true;
-    rules.labelText = kxreadstat::TextKind::Ascii;
-    rules.valueLabelText = kxreadstat::TextKind::Utf8;
-
-    auto *field = new TSPSSVariable(self);
-    kxreadstat::describeVariable(field, variable, &self->dictionary->labelSets, labelSet, rules);
-    self->dictionary->addVariable(field, variable);
-    return READSTAT_HANDLER_OK;
+    return static_cast<TSPSSDataImport *>(importer)->onVariable(variable, labelSet);
 }
 
 int handle_metadata_spss(readstat_metadata_t *metadata, void *importer)
 {
-    static_cast<TSPSSDataImport *>(importer)->dictionary->copyMetadata(metadata);
-    return READSTAT_HANDLER_OK;
+    return static_cast<TSPSSDataImport *>(importer)->onMetadata(metadata);
 }

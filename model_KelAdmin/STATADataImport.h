@@ -3,21 +3,10 @@
 
 #include "model_kelAdmin_export.h"
 
-#include "DataImport.h"
 #include "GenericField.h"
+#include "ReadStatImportCore.h"
 
-#include <QList>
 #include <QString>
-#include <QStringList>
-
-// ReadStat's records, declared only: ReadStat stays out of the public headers.
-struct readstat_value_s;
-struct readstat_variable_s;
-struct readstat_metadata_s;
-
-namespace kxreadstat {
-struct Dictionary;
-}
 
 /*! \brief One variable of a Stata data file.
  *
@@ -27,19 +16,27 @@ struct Dictionary;
 class MODEL_KELADMIN_EXPORT TSTATAVariable : public TGenericField
 {
 public:
+    //! Sets importFlag and clears the missing flag; \a owner is the importer, not owned.
     explicit TSTATAVariable(TDataImport *owner);
     ~TSTATAVariable() override;
 
+    //! The missing flag.
     bool isMissing() override;
+    //! Always false.
     bool isNotApplicable() override;
+    //! True only for a string whose trimmed value is empty.
     bool isBlank() override;
 
+    //! The missing flag, which isMissing() reports.
     bool getMissing() const { return missing; }
+    //! Sets the missing flag.
     void setMissing(bool v) { missing = v; }
 
 private:
     bool missing = false;
 };
+
+extern template class TReadStatImportCore<TSTATAVariable>;
 
 /*! \brief Importer of the dictionary of a Stata data file (.dta).
  *
@@ -48,47 +45,29 @@ private:
  * empty variable list. A failed variable pass prints
  * "Error processing <path>: <ReadStat error>" on standard output.
  */
-class MODEL_KELADMIN_EXPORT TSTATADataImport : public TDataImport
+class MODEL_KELADMIN_EXPORT TSTATADataImport : public TReadStatImportCore<TSTATAVariable>
 {
 public:
+    //! An importer without a file.
     TSTATADataImport();
+    //! An importer of the file \a name.
     explicit TSTATADataImport(QString name);
     ~TSTATADataImport() override;
 
-    QString getDataProviderId() override;
-    QString getDataProviderType() override;
-    bool openFile() override;
-    QStringList *selectLayoutSource() override;
-
-    //! The value-label pass, then the variable pass; a failure leaves fewer fields.
-    void openRead(QString path);
-
-    //! Every variable created so far, in the order ReadStat reported them.
-    QList<TGenericField *> getVariables() const;
-    //! Names of the label sets kept from the last value-label pass.
-    QStringList getLabelSetNames() const;
-    //! Row and variable counts from a metadata record (see handle_metadata_stata).
-    qint64 getRowCount() const;
-    qint64 getVariableCount() const;
-
 private:
-    TSTATADataImport(const TSTATADataImport &) = delete;
-    TSTATADataImport &operator=(const TSTATADataImport &) = delete;
-
     friend MODEL_KELADMIN_EXPORT int handle_value_label_stata(const char *, readstat_value_s, const char *, void *);
     friend MODEL_KELADMIN_EXPORT int handle_variable_stata(int, readstat_variable_s *, const char *, void *);
     friend MODEL_KELADMIN_EXPORT int handle_metadata_stata(readstat_metadata_s *, void *);
-
-    kxreadstat::Dictionary *dictionary;
 };
 
 /*! ReadStat callbacks of the Stata importer; \a importer is the
  * TSTATADataImport. Each returns 0 (continue). An unknown value type in a
  * value label ends the process with status 1. */
 MODEL_KELADMIN_EXPORT int handle_value_label_stata(const char *labelSet, readstat_value_s value, const char *label,
-                                                  void *importer);
+                                                   void *importer);
+//! Makes one TSTATAVariable from ReadStat's variable record, with the value labels of \a labelSet.
 MODEL_KELADMIN_EXPORT int handle_variable_stata(int index, readstat_variable_s *variable, const char *labelSet,
-                                               void *importer);
+                                                void *importer);
 //! Copies the row and variable counts; the importer does not register it.
 MODEL_KELADMIN_EXPORT int handle_metadata_stata(readstat_metadata_s *metadata, void *importer);
 

@@ -8,6 +8,10 @@
 
 class QLabel;
 
+/*! \file UtilFiles.h
+ * \brief File, path and text helpers.
+ */
+
 /*! \brief File status and path helpers used when saving and showing files.
  *
  * File status codes: 0 ready, 1 no file name, 2 folder missing, 3 new file,
@@ -16,12 +20,13 @@ class QLabel;
 class MODEL_KELADMIN_EXPORT UtilFiles
 {
 public:
+    //! The status codes that GetFileStatus() returns.
     enum FileStatus {
-        StatusReady = 0,
-        StatusNoName = 1,
-        StatusFolderMissing = 2,
-        StatusNewFile = 3,
-        StatusReadOnly = 4
+        StatusReady = 0,         //!< the file exists and may be written
+        StatusNoName = 1,        //!< no file name was given
+        StatusFolderMissing = 2, //!< the folder of the file does not exist
+        StatusNewFile = 3,       //!< the folder exists, the file not yet
+        StatusReadOnly = 4       //!< the file exists and cannot be written
     };
 
     //! The status code of \a path, tested in the order 1, 2, 3, 4, else 0.
@@ -73,13 +78,19 @@ public:
 class MODEL_KELADMIN_EXPORT TKxList : public QList<QString>
 {
 public:
+    //! An empty list with the notification flag \a flag.
     explicit TKxList(bool flag);
 
+    //! Notification hook for subclasses; does nothing here.
     virtual void Notify(void *);
+    //! Raises the flag and removes nothing; always true.
     bool Remove1(void *);
 
+    //! The notification flag.
+    //!@{
     bool getFlag() const { return flag; }
     void setFlag(bool value) { flag = value; }
+    //!@}
 
 private:
     bool flag;

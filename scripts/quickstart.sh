@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Sets up a Debian 12 machine for libmodel_KelAdmin, builds it and then either
-# runs the inspector on the bundled samples ("inspect") or the test suite
-# ("test"). Safe to run again: missing packages are installed once, the build
-# folder is reused.
+# runs the inspector on the bundled samples ("inspect": only the library and
+# the inspector, and only the packages they need) or the test suite ("test":
+# everything the tests and CI use). Safe to run again: missing packages are
+# installed once, the build folder is reused.
 set -euo pipefail
 
 mode="${1:-inspect}"
@@ -10,12 +11,20 @@ shift || true
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 build="${KX_BUILD_DIR:-$root/build}"
 
-packages=(cmake make g++ pkg-config qtbase5-dev libreadstat-dev libgtest-dev libgmock-dev
-          fonts-liberation fontconfig)
+# The library and the inspector.
+inspect_packages=(cmake make g++ qtbase5-dev libreadstat-dev)
+# The tests and CI on top: GoogleTest, the fonts the path helpers measure
+# with, the qmake and pkg-config consumer, Doxygen, the man-page check, the
+# JSON Schema check, the Debian package (dpkg-shlibdeps needs dpkg-dev and file),
+# the inspector's HTML pages read back with Python and rendered in Chromium, and
+# its CSV imported by a spreadsheet (Gnumeric's ssconvert).
+test_packages=("${inspect_packages[@]}" libgtest-dev libgmock-dev fonts-liberation fontconfig
+               pkg-config qt5-qmake doxygen groff python3-jsonschema dpkg-dev file python3 chromium
+               gnumeric)
 
 install_missing_packages() {
     local missing=()
-    for p in "${packages[@]}"; do
+    for p in "$@"; do
         dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
     done
     [ ${#missing[@]} -eq 0 ] && return 0
@@ -29,24 +38,31 @@ install_missing_packages() {
             exit 1
         fi
     fi
-    echo "quickstart: installing ${missing[*]}"
-    $sudo apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+    mkdir -p "$build"
+    local log="$build/quickstart-packages.log"
+    echo "quickstart: installing ${missing[*]} (package manager output: $log)"
+    if ! { $sudo apt-get update -q && DEBIAN_FRONTEND=noninteractive \
+            $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+        echo "quickstart: the package installation failed; see $log" >&2
+        exit 1
+    fi
 }
 
+# configure_and_build TESTS(ON|OFF) [TARGET]
 configure_and_build() {
-    cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null
-    cmake --build "$build" -j"$(nproc)"
+    cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKX_BUILD_TESTS="$1" >/dev/null
+    cmake --build "$build" -j"$(nproc)" ${2:+--target "$2"}
 }
 
-install_missing_packages
 case "$mode" in
     inspect)
-        configure_and_build
+        install_missing_packages "${inspect_packages[@]}"
+        configure_and_build OFF keladmin-inspect
         "$root/scripts/inspect-samples.sh" "$build"
         ;;
     test)
-        configure_and_build
+        install_missing_packages "${test_packages[@]}"
+        configure_and_build ON
         ctest --test-dir "$build" --output-on-failure -j"$(nproc)"
         ;;
     *)

@@ -126,6 +126,29 @@ ReadStatFile::Label stringLabel(const QByteArray &text, const QByteArray &label)
     return l;
 }
 
+ReadStatFile::Label taggedLabel(char tag, const QByteArray &label)
+{
+    ReadStatFile::Label l;
+    l.tag = tag;
+    l.label = label;
+    return l;
+}
+
+ReadStatFile::Missing missingRange(double low, double high)
+{
+    ReadStatFile::Missing m;
+    m.low = low;
+    m.high = high;
+    return m;
+}
+
+ReadStatFile::Missing missingText(const QByteArray &text)
+{
+    ReadStatFile::Missing m;
+    m.text = text;
+    return m;
+}
+
 QByteArray readStatBytes(const ReadStatFile &file, QString *error)
 {
     QByteArray out;
@@ -136,7 +159,9 @@ QByteArray readStatBytes(const ReadStatFile &file, QString *error)
     for (const ReadStatFile::LabelSet &set : file.labelSets) {
         readstat_label_set_t *s = readstat_add_label_set(writer, toReadStat(set.type), set.name.constData());
         for (const ReadStatFile::Label &l : set.labels) {
-            if (set.type == ReadStatFile::Type::String)
+            if (l.tag)
+                readstat_label_tagged_value(s, l.tag, l.label.constData());
+            else if (set.type == ReadStatFile::Type::String)
                 readstat_label_string_value(s, l.text.constData(), l.label.constData());
             else if (set.type == ReadStatFile::Type::Double)
                 readstat_label_double_value(s, l.number, l.label.constData());
@@ -156,6 +181,14 @@ QByteArray readStatBytes(const ReadStatFile &file, QString *error)
             readstat_variable_set_label(v, textOrNull(var.label));
         if (!var.labelSet.isEmpty() && sets.contains(var.labelSet))
             readstat_variable_set_label_set(v, sets.value(var.labelSet));
+        for (const ReadStatFile::Missing &m : var.missing) {
+            if (!m.text.isEmpty())
+                readstat_variable_add_missing_string_value(v, m.text.constData());
+            else if (m.low == m.high)
+                readstat_variable_add_missing_double_value(v, m.low);
+            else
+                readstat_variable_add_missing_double_range(v, m.low, m.high);
+        }
         variables.append(v);
     }
 
@@ -165,6 +198,11 @@ QByteArray readStatBytes(const ReadStatFile &file, QString *error)
         if (var.type == ReadStatFile::Type::StringRef && file.rows > 0 && !ref)
             ref = readstat_add_string_ref(writer, "shared");
     }
+
+    if (!file.fileLabel.isEmpty())
+        readstat_writer_set_file_label(writer, file.fileLabel.constData());
+    if (file.timestamp != 0)
+        readstat_writer_set_file_timestamp(writer, static_cast<time_t>(file.timestamp));
 
     readstat_error_t rc = beginWriting(writer, file, &out);
     if (rc == READSTAT_OK)

@@ -27,6 +27,14 @@ struct ReadStatFile
         double number = 0;  //!< key of a numeric set
         QByteArray text;    //!< key of a string set
         QByteArray label;
+        char tag = 0;       //!< 'a' to 'z': the label of Stata's missing value .a to .z instead of a key
+    };
+    //! A user-missing value (low == high) or range of a SAV variable.
+    struct Missing
+    {
+        double low = 0;
+        double high = 0;
+        QByteArray text;    //!< the value of a string variable instead of the numbers
     };
     struct LabelSet
     {
@@ -45,6 +53,7 @@ struct ReadStatFile
         QByteArray format;
         QByteArray label;
         QByteArray labelSet;  //!< name of one of labelSets, or empty
+        QList<Missing> missing;
     };
 
     Container container = Container::Sav;
@@ -52,6 +61,8 @@ struct ReadStatFile
     QList<LabelSet> labelSets;
     QList<Variable> variables;
     int rows = 0;
+    QByteArray fileLabel;  //!< empty: none
+    qint64 timestamp = 0;  //!< creation time in seconds since the epoch; 0: ReadStat's writer takes the current time
 };
 
 //! Shorthands for the common cases.
@@ -63,6 +74,9 @@ ReadStatFile::LabelSet readStatLabelSet(const QByteArray &name, ReadStatFile::Ty
                                         const QList<ReadStatFile::Label> &labels);
 ReadStatFile::Label numericLabel(double number, const QByteArray &label);
 ReadStatFile::Label stringLabel(const QByteArray &text, const QByteArray &label);
+ReadStatFile::Label taggedLabel(char tag, const QByteArray &label);
+ReadStatFile::Missing missingRange(double low, double high);
+ReadStatFile::Missing missingText(const QByteArray &text);
 
 /*! The file's bytes; empty on failure, with ReadStat's message in \a error. */
 QByteArray readStatBytes(const ReadStatFile &file, QString *error = nullptr);

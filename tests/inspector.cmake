@@ -6,3 +6,10 @@ if(TARGET tst_Inspector AND TARGET keladmin-inspect)
     KX_SAMPLES_DIR="${PROJECT_SOURCE_DIR}/samples")
   add_dependencies(tst_Inspector keladmin-inspect)
 endif()
+
+# tst_InspectReport calls the inspector's writers on reports filled by hand;
+# without the tools it skips itself.
+if(TARGET tst_InspectReport AND TARGET kx_inspect)
+  target_link_libraries(tst_InspectReport PRIVATE kx_inspect)
+  target_compile_definitions(tst_InspectReport PRIVATE KX_HAVE_INSPECT)
+endif()

@@ -887,6 +887,31 @@ TEST(CensusImport, PresetNoToAllDropsDecimalValueSetsWithoutPrompting)
     EXPECT_EQ(land->getMaximum(), QStringLiteral("9999"));
 }
 
+TEST(CensusImport, DecimalChoiceEnumPresetsTheMatchingModeAndAnswer)
+{
+    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    importer.setDecimalChoice(TDecimalChoice::YesToAll);
+    EXPECT_EQ(importer.getPresetDecimalMode(), 1);
+    EXPECT_EQ(importer.getPresetDecimalAnswer(), int(QMessageBox::YesToAll));
+    importer.setDecimalChoice(TDecimalChoice::NoToAll);
+    EXPECT_EQ(importer.getPresetDecimalMode(), 2);
+    EXPECT_EQ(importer.getPresetDecimalAnswer(), int(QMessageBox::NoToAll));
+    importer.setDecimalChoice(TDecimalChoice::Ask);
+    EXPECT_EQ(importer.getPresetDecimalMode(), 0);
+}
+
+TEST(CensusImport, DecimalChoiceNoToAllDropsDecimalValueSetsWithoutPrompting)
+{
+    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    importer.setDecimalChoice(TDecimalChoice::NoToAll);
+    kxtest::ModalPresser presser({QMessageBox::Yes});
+    importer.openFile();
+    EXPECT_TRUE(presser.seen().isEmpty());
+    TGenericField *land = importer.fieldByName("LANDAREA");
+    ASSERT_NE(land, nullptr);
+    EXPECT_EQ(land->getValueLabels(), QString());
+}
+
 TEST(CensusImport, JsonDictionaryGivesTheCensusSourceFields)
 {
     TCSProJsonDataImport importer(kxtest::dataPath("census.json"));

@@ -303,3 +303,98 @@ TEST(GenericField, GetValueLabelMatchesOnlyTheFirstEntry)
     EXPECT_EQ(f.getValueLabel(QStringLiteral("1")), QStringLiteral("xMale\n2 Female"));
     EXPECT_TRUE(f.getValueLabel(QStringLiteral("2")).isEmpty());
 }
+
+TEST(GenericField, RealTextUsesSixSignificantDigits)
+{
+    TestField f(2, 10);
+    f.setAsString(QStringLiteral("3.14159265"));
+    EXPECT_EQ(f.getAsString(), QStringLiteral("3.14159"));
+    f.setAsString(QStringLiteral("1234567"));
+    EXPECT_EQ(f.getAsString(), QStringLiteral("1.23457e+06"));
+}
+
+TEST(GenericField, IntegerFieldGetAsFloatIsTheIntegerValue)
+{
+    TestField f(1, 5);
+    f.setAsString(QStringLiteral("42"));
+    EXPECT_DOUBLE_EQ(f.getAsFloat(), 42.0);
+    // setAsInteger touches integerValue only, and that is what is read back.
+    f.setAsInteger(7);
+    EXPECT_DOUBLE_EQ(f.getAsFloat(), 7.0);
+    EXPECT_DOUBLE_EQ(f.getRealValue(), 42.0);
+}
+
+TEST(GenericField, ImpliedDecimalsWithoutADecimalsTextDoNotDivide)
+{
+    TestField f(2, 5);
+    f.setDecimalCharPresent(false);
+    f.setAsString(QStringLiteral("345"));
+    EXPECT_DOUBLE_EQ(f.getAsFloat(), 345.0);
+}
+
+TEST(GenericField, EachSpecialValueKeepsTheNumbersThroughEitherAssignment)
+{
+    for (int state = 0; state < 3; ++state) {
+        TestField f(1, 4);
+        f.setAsString(QStringLiteral("12"));
+        f.missing = state == 0;
+        f.notApplicable = state == 1;
+        f.blank = state == 2;
+        f.setAsString(QStringLiteral("34"));
+        EXPECT_EQ(f.valueText(), QStringLiteral("34")) << state;
+        EXPECT_DOUBLE_EQ(f.getIntegerValue(), 12.0) << state;
+        f.setAsStringChar(L"56");
+        EXPECT_EQ(f.valueText(), QStringLiteral("56")) << state;
+        EXPECT_DOUBLE_EQ(f.getIntegerValue(), 12.0) << state;
+        EXPECT_DOUBLE_EQ(f.getRealValue(), 12.0) << state;
+    }
+}
+
+TEST(GenericField, MissingCodeThatDoesNotParseGivesZero)
+{
+    TestField f(1, 2);
+    f.missing = true;
+    f.setMissingCode(QStringLiteral("NA"));
+    EXPECT_EQ(f.getAsFloat(), 0.0);
+    EXPECT_EQ(f.getAsInteger(), 0);
+    // A decimal missing code is a number but no base-10 integer.
+    f.setMissingCode(QStringLiteral("9.5"));
+    EXPECT_DOUBLE_EQ(f.getAsFloat(), 9.5);
+    EXPECT_EQ(f.getAsInteger(), 0);
+}
+
+TEST(GenericField, TextFieldGetAsIntegerNeedsABase10Integer)
+{
+    TestField f(3, 6);
+    f.setAsString(QStringLiteral("2.5"));
+    EXPECT_EQ(f.getAsInteger(), 0);
+    f.setAsString(QStringLiteral("0x1A"));
+    EXPECT_EQ(f.getAsInteger(), 0);
+    f.setAsString(QStringLiteral("abc"));
+    EXPECT_EQ(f.getAsInteger(), 0);
+    f.setAsString(QStringLiteral(" -31 "));
+    EXPECT_EQ(f.getAsInteger(), -31);
+}
+
+TEST(GenericField, TruncationKeepsTheSignOfNumbersBeyondTheIntRange)
+{
+    // Truncation towards zero never changes the sign, however large the value.
+    TestField f(2, 8);
+    f.setAsString(QStringLiteral("1e300"));
+    EXPECT_DOUBLE_EQ(f.getAsFloat(), 1e300);
+    EXPECT_GT(f.getAsInteger(), 0);
+    f.setAsString(QStringLiteral("-1e300"));
+    EXPECT_LT(f.getAsInteger(), 0);
+    TestField i(1, 8);
+    i.setAsString(QStringLiteral("5e9"));
+    EXPECT_GT(i.getAsInteger(), 0);
+}
+
+TEST(GenericField, NotANumberGivesIntegerZero)
+{
+    // "nan" parses as a double that holds no number; as an integer it counts
+    // as 0, like text that does not parse.
+    TestField f(1, 3);
+    f.setAsString(QStringLiteral("nan"));
+    EXPECT_EQ(f.getAsInteger(), 0);
+}

@@ -1,9 +1,13 @@
 // Runs the keladmin-inspect program on the bundled samples and on bad input,
 // and checks its exit status, its output lines and its JSON document.
+#include "FixtureReadStat.h"
 #include "TestSupport.h"
+
+#include "model_KelAdmin.h"
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -14,6 +18,8 @@
 #include <QProcessEnvironment>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+
+#include <readstat.h>
 
 using kxtest::writeFile;
 
@@ -263,6 +269,12 @@ TEST_P(InspectorBadInput, PrintsOneLineNamingTheFileAndExitsOne)
         EXPECT_EQ(r.errLines().at(0), expected);
 }
 
+//! How the inspector words a ReadStat error: ReadStat's own message and its code.
+QString readStatReason(readstat_error_t code)
+{
+    return QStringLiteral("ReadStat: %1 (error %2)").arg(QString::fromUtf8(readstat_error_message(code))).arg(code);
+}
+
 const char Garbage[] = "\x00\x01\xfe\xff garbage \x80\x81";
 const QByteArray TruncatedSav = sampleHead(QStringLiteral("census.sav"), 200);
 const QByteArray TruncatedDta = sampleHead(QStringLiteral("census.dta"), 300);
@@ -286,21 +298,27 @@ INSTANTIATE_TEST_SUITE_P(
                      "format not recognised (not a CSPro text or JSON dictionary, SPSS or Stata file); --format "
                      "forces one"},
         // Detection from the content, whatever the file's name.
-        BadInputCase{"SavMagicIsDetectedAsSpss", "magic.bin", "$FL2 and nothing more", {}, "no fields read as spss"},
+        // Files that end before ReadStat has read their header or their variables: a short read.
+        BadInputCase{"SavMagicIsDetectedAsSpss", "magic.bin", "$FL2 and nothing more", {},
+                     "no fields read as spss (" + readStatReason(READSTAT_ERROR_READ) + ")"},
         BadInputCase{"OldBinaryStataHeaderIsDetectedAsStata", "old.bin", QByteArray("q\x02\x01\x00rest", 8), {},
-                     "no fields read as stata (Error processing ", true},
-        BadInputCase{"TruncatedSav", "truncated.sav", TruncatedSav, {}, "no fields read as spss"},
-        // The Stata importer's own report goes into the one line, not to stdout.
-        BadInputCase{"TruncatedDta", "truncated.dta", TruncatedDta, {}, "no fields read as stata (Error processing ",
-                     true},
-        BadInputCase{"MalformedJson", "broken.json", "{ \"levels\": [ ", {}, "no fields read as cspro8"},
+                     "no fields read as stata (" + readStatReason(READSTAT_ERROR_READ) + ")"},
+        BadInputCase{"TruncatedSav", "truncated.sav", TruncatedSav, {},
+                     "no fields read as spss (" + readStatReason(READSTAT_ERROR_READ) + ")"},
+        // ReadStat's message takes the place of the Stata importer's "Error processing FILE: CODE" report.
+        BadInputCase{"TruncatedDta", "truncated.dta", TruncatedDta, {},
+                     "no fields read as stata (" + readStatReason(READSTAT_ERROR_READ) + ")"},
+        // The parser's own complaint, at the end of the 14 characters: line 1, column 15.
+        BadInputCase{"MalformedJson", "broken.json", "{ \"levels\": [ ", {},
+                     "no fields read as cspro8 (invalid JSON: unterminated array at line 1, column 15)"},
         BadInputCase{"DictionaryWithoutItems", "empty.dcf", "[Dictionary]\nName=EMPTY_DICT\n", {},
                      "no fields read as cspro"},
+        // 48 bytes: shorter than the 176 bytes of an SPSS file's header.
         BadInputCase{"ForcedFormatThatDoesNotFit",
                      "census.dcf",
                      "[Dictionary]\nName=D\n[Item]\nName=A\nStart=1\nLen=1\n",
                      {"--format", "spss"},
-                     "no fields read as spss"},
+                     "no fields read as spss (" + readStatReason(READSTAT_ERROR_READ) + ")"},
         // Error 242 thrown by the text reader is caught and its message printed on the line.
         BadInputCase{"LibraryErrorIsCaughtAndPrinted",
                      "corrupt.dcf",
@@ -654,7 +672,8 @@ TEST_F(Inspector, LookupChecksReportNumberedMessages)
     const Outcome r = runInspector({QStringLiteral("--lookup"), path, QStringLiteral("--separator"), QStringLiteral("tab"),
                                 QStringLiteral("--check"), QStringLiteral("--json")});
     ASSERT_TRUE(r.finished);
-    ASSERT_EQ(r.exitCode, 0);
+    // Checks that found something: the status of its own.
+    ASSERT_EQ(r.exitCode, 4);
     const QJsonObject root = jsonOf(r);
     EXPECT_EQ(num(root, "entries"), 3);
     // The line without separator repeats the previous pair, which is then a duplicate.
@@ -682,12 +701,23 @@ TEST_F(Inspector, LookupMaxMessagesZeroReplacesTheFirstMessageByTheCap)
     const Outcome r = runInspector({QStringLiteral("--lookup"), path, QStringLiteral("--separator"), QStringLiteral("tab"),
                                 QStringLiteral("--check"), QStringLiteral("--max-messages"), QStringLiteral("0")});
     ASSERT_TRUE(r.finished);
-    ASSERT_EQ(r.exitCode, 0);
+    ASSERT_EQ(r.exitCode, 4);
     const QStringList lines = r.outLines();
     EXPECT_TRUE(lines.contains(QStringLiteral("Messages:          4")));
     EXPECT_TRUE(lines.contains(QStringLiteral("  3_Too many error messages [1], only the first [0] will be shown")));
-    // Control characters in messages are shown escaped.
-    EXPECT_TRUE(lines.contains(QStringLiteral("  5_Separator [\\u0009] does not exist")));
+    // The cap promises that nothing after it is shown: the three others are counted instead.
+    EXPECT_TRUE(lines.contains(QStringLiteral("  (3 more messages not shown)")));
+    EXPECT_TRUE(lines.filter(QRegularExpression(QStringLiteral("^  [45]_"))).isEmpty()) << r.out.toStdString();
+}
+
+TEST_F(Inspector, LookupTableShowsControlCharactersInMessagesEscaped)
+{
+    const QString path = writeFile(dir, QStringLiteral("areas.txt"), ProblemLookup);
+    const Outcome r = runInspector({QStringLiteral("--lookup"), path, QStringLiteral("--separator"), QStringLiteral("tab"),
+                                    QStringLiteral("--check")});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 4);
+    EXPECT_TRUE(r.outLines().contains(QStringLiteral("  5_Separator [\\u0009] does not exist")));
 }
 
 TEST_F(Inspector, LookupBlankSeparatorTakesSeveralBlanksAsOne)
@@ -701,6 +731,745 @@ TEST_F(Inspector, LookupBlankSeparatorTakesSeveralBlanksAsOne)
     EXPECT_EQ(num(root, "entries"), 2);
     EXPECT_EQ(frequencyOf(root, QStringLiteral("North")), 1);
     EXPECT_EQ(frequencyOf(root, QStringLiteral("South Coast")), 1);
+}
+
+// ------------------------------------------------------------------ version
+
+TEST_F(Inspector, VersionPrintsTheToolsLibrarysReadStatsAndQtsVersionsOnOneLine)
+{
+    const Outcome r = runInspector({QStringLiteral("--version")});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.err.isEmpty()) << r.err.toStdString();
+    // The tool is built with this project's version and loads this build's library.
+    const QString expected = QStringLiteral("keladmin-inspect %1 (libmodel_KelAdmin %1, ReadStat %2, Qt %3)\n")
+                                 .arg(QStringLiteral(MODEL_KELADMIN_VERSION_STRING),
+                                      QLatin1String(Model_KelAdmin::readStatVersion()), QLatin1String(qVersion()));
+    EXPECT_EQ(r.out, expected);
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\d+\\.\\d+\\.\\d+$"))
+                    .match(QLatin1String(Model_KelAdmin::readStatVersion()))
+                    .hasMatch())
+        << Model_KelAdmin::readStatVersion();
+}
+
+TEST_F(Inspector, VersionNeedsNoFile)
+{
+    const Outcome r = runInspector({QStringLiteral("--version"), QStringLiteral("--json")});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.out.startsWith(QStringLiteral("keladmin-inspect ")));
+}
+
+TEST_F(Inspector, HelpDocumentsTheScriptOptionsAndEveryExitStatus)
+{
+    const Outcome r = runInspector({QStringLiteral("--help")});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 0);
+    for (const char *text : {"--version", "--wide", "--no-notes", "--fail-on-notes", "0 success", "2 wrong usage",
+                             "3 reading notes with --fail-on-notes", "4 lookup messages with\n--check",
+                             "longer than 60 characters"})
+        EXPECT_TRUE(r.out.contains(QLatin1String(text))) << text;
+}
+
+// ------------------------------------------------------------------ reading notes
+
+// Every command on its own line, no value set: the reading keeps all the file says.
+const QByteArray PlainDictionary = "[Dictionary]\nName=PLAIN\n[Item]\nName=AGE\nLabel=Age\nStart=1\nLen=2\n";
+
+TEST_F(Inspector, JsonCarriesAnEmptyNotesArrayWhenTheReadingWroteNone)
+{
+    const QString path = writeFile(dir, QStringLiteral("plain.dcf"), PlainDictionary);
+    const Outcome r = runInspector({QStringLiteral("--json"), path});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QJsonObject root = jsonOf(r);
+    ASSERT_TRUE(root.value(QStringLiteral("notes")).isArray());
+    EXPECT_TRUE(root.value(QStringLiteral("notes")).toArray().isEmpty());
+}
+
+TEST_F(Inspector, FailOnNotesExitsZeroWhenTheReadingWroteNone)
+{
+    const QString path = writeFile(dir, QStringLiteral("plain.dcf"), PlainDictionary);
+    const Outcome r = runInspector({QStringLiteral("--fail-on-notes"), path});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    // No notes, no Notes section: the table ends with the field rows.
+    EXPECT_FALSE(r.out.contains(QStringLiteral("Notes")));
+    EXPECT_TRUE(r.outLines().at(r.outLines().size() - 2).startsWith(QStringLiteral("AGE ")));
+}
+
+TEST_F(Inspector, NoNotesLeavesTheNotesKeyOut)
+{
+    const QString path = writeFile(dir, QStringLiteral("plain.dcf"), PlainDictionary);
+    const Outcome r = runInspector({QStringLiteral("--json"), QStringLiteral("--no-notes"), path});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0);
+    EXPECT_FALSE(jsonOf(r).contains(QStringLiteral("notes")));
+}
+
+TEST_F(Inspector, LookupJsonCarriesAnEmptyNotesArray)
+{
+    const Outcome r = runInspector({QStringLiteral("--lookup"), samplePath(QStringLiteral("areas.txt")),
+                                    QStringLiteral("--separator"), QStringLiteral("tab"), QStringLiteral("--json"),
+                                    QStringLiteral("--fail-on-notes")});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(jsonOf(r).value(QStringLiteral("notes")).toArray().isEmpty());
+}
+
+// ------------------------------------------------------------------ exit statuses and the message cap
+
+// Seven lines, each with a key of another size than the first ("1"): six messages.
+const QByteArray SixMessageLookup = "1\ta\n22\tb\n33\tc\n44\td\n55\te\n66\tf\n77\tg\n";
+
+TEST_F(Inspector, CheckWithMessagesExitsFour)
+{
+    const QString path = writeFile(dir, QStringLiteral("sizes.txt"), SixMessageLookup);
+    const Outcome r = runInspector(
+        {QStringLiteral("--lookup"), path, QStringLiteral("--separator"), QStringLiteral("tab"), QStringLiteral("--check")});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 4);
+    EXPECT_TRUE(r.err.isEmpty()) << r.err.toStdString();
+    EXPECT_TRUE(r.outLines().contains(QStringLiteral("Messages:          6")));
+}
+
+TEST_F(Inspector, CheckWithoutMessagesExitsZero)
+{
+    const QString path = writeFile(dir, QStringLiteral("fine.txt"), "01\ta\n02\tb\n");
+    const Outcome r = runInspector(
+        {QStringLiteral("--lookup"), path, QStringLiteral("--separator"), QStringLiteral("tab"), QStringLiteral("--check")});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.outLines().contains(QStringLiteral("Messages:          0")));
+}
+
+TEST_F(Inspector, MaxMessagesShowsTheFirstNTheCapAndHowManyMoreThereAre)
+{
+    const QString path = writeFile(dir, QStringLiteral("sizes.txt"), SixMessageLookup);
+    const Outcome r = runInspector({QStringLiteral("--lookup"), path, QStringLiteral("--separator"),
+                                    QStringLiteral("tab"), QStringLiteral("--check"), QStringLiteral("--max-messages"),
+                                    QStringLiteral("2")});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 4);
+    const QStringList lines = r.outLines();
+    const int count = lines.indexOf(QStringLiteral("Messages:          6"));
+    ASSERT_GE(count, 0) << r.out.toStdString();
+    // The third message (line 4) is the one the cap takes the place of; lines 5 to 7 are not shown.
+    EXPECT_EQ(lines.mid(count + 1, 5),
+              (QStringList{"  2_Key [22] has a different key size [2] from the first record [1]",
+                           "  3_Key [33] has a different key size [2] from the first record [1]",
+                           "  4_Too many error messages [3], only the first [2] will be shown",
+                           "  (3 more messages not shown)", "Label frequencies: 7"}));
+}
+
+TEST_F(Inspector, MaxMessagesKeepsEveryMessageInJson)
+{
+    const QString path = writeFile(dir, QStringLiteral("sizes.txt"), SixMessageLookup);
+    const Outcome r = runInspector({QStringLiteral("--lookup"), path, QStringLiteral("--separator"),
+                                    QStringLiteral("tab"), QStringLiteral("--check"), QStringLiteral("--max-messages"),
+                                    QStringLiteral("1"), QStringLiteral("--json")});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 4);
+    const QStringList messages = jsonOf(r).value(QStringLiteral("messages")).toVariant().toStringList();
+    ASSERT_EQ(messages.size(), 6);
+    EXPECT_EQ(messages.at(1), QStringLiteral("3_Too many error messages [2], only the first [1] will be shown"));
+    EXPECT_EQ(messages.at(5), QStringLiteral("7_Key [77] has a different key size [2] from the first record [1]"));
+}
+
+TEST_F(Inspector, OneHiddenMessageIsCountedInTheSingular)
+{
+    const QString path = writeFile(dir, QStringLiteral("sizes.txt"), "1\ta\n22\tb\n33\tc\n44\td\n");
+    const Outcome r = runInspector({QStringLiteral("--lookup"), path, QStringLiteral("--separator"),
+                                    QStringLiteral("tab"), QStringLiteral("--check"), QStringLiteral("--max-messages"),
+                                    QStringLiteral("1")});
+    ASSERT_TRUE(r.finished);
+    EXPECT_TRUE(r.outLines().contains(QStringLiteral("  (1 more message not shown)"))) << r.out.toStdString();
+}
+
+TEST_F(Inspector, NoHiddenLineWhenTheCapIsTheLastMessage)
+{
+    const QString path = writeFile(dir, QStringLiteral("sizes.txt"), "1\ta\n22\tb\n33\tc\n");
+    const Outcome r = runInspector({QStringLiteral("--lookup"), path, QStringLiteral("--separator"),
+                                    QStringLiteral("tab"), QStringLiteral("--check"), QStringLiteral("--max-messages"),
+                                    QStringLiteral("1")});
+    ASSERT_TRUE(r.finished);
+    const QStringList lines = r.outLines();
+    EXPECT_TRUE(lines.contains(QStringLiteral("  3_Too many error messages [2], only the first [1] will be shown")));
+    EXPECT_TRUE(lines.filter(QStringLiteral("not shown)")).isEmpty()) << r.out.toStdString();
+}
+
+// ------------------------------------------------------------------ why a file cannot be read
+
+TEST_F(Inspector, JsonDictionaryCutInTheMiddleGivesTheParsersErrorWithLineAndColumn)
+{
+    // Line 4 holds 37 characters and the text stops after them: the innermost array is left open.
+    const QByteArray cut = "{\n  \"name\": \"CUT\",\n  \"levels\": [\n    { \"name\": \"LEVEL1\", \"records\": [ ";
+    writeFile(dir, QStringLiteral("cut.json"), cut);
+    const Outcome r = runInspector({QStringLiteral("cut.json")}, dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_TRUE(r.out.isEmpty());
+    EXPECT_EQ(r.errLines(), QStringList{"keladmin-inspect: cut.json: no fields read as cspro8 (invalid JSON: "
+                                        "unterminated array at line 4, column 38)"});
+}
+
+TEST_F(Inspector, JsonDictionaryWithAWrongValueNamesItsLine)
+{
+    // The parser stops at the letter x that begins line 3.
+    writeFile(dir, QStringLiteral("bad.json"), "{\n  \"name\":\nxyz\n}\n");
+    const Outcome r = runInspector({QStringLiteral("bad.json")}, dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    ASSERT_EQ(r.errLines().size(), 1);
+    EXPECT_TRUE(r.errLines().at(0).startsWith(
+        QStringLiteral("keladmin-inspect: bad.json: no fields read as cspro8 (invalid JSON: ")));
+    EXPECT_TRUE(r.errLines().at(0).endsWith(QStringLiteral(" at line 3, column 1)"))) << r.err.toStdString();
+}
+
+TEST_F(Inspector, JsonDocumentThatIsNotAnObjectIsSaidSo)
+{
+    writeFile(dir, QStringLiteral("array.json"), "[1, 2]\n");
+    const Outcome r = runInspector({QStringLiteral("--format"), QStringLiteral("cspro8"), QStringLiteral("array.json")},
+                                   dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_EQ(r.errLines(), QStringList{"keladmin-inspect: array.json: no fields read as cspro8 (the JSON document "
+                                        "is not an object)"});
+}
+
+TEST_F(Inspector, LibraryErrorGivesTheCatalogueTextWithItsNumber)
+{
+    // An occurrence count far above what CSPro allows makes the text reader fail with error 242.
+    writeFile(dir, QStringLiteral("corrupt.dcf"),
+              "[Dictionary]\nName=D\n[Record]\nName=R\nRecordTypeValue='1'\n[Item]\nName=A\nStart=2\nLen=1\n"
+              "Occurrences=99999999\n");
+    const Outcome r = runInspector({QStringLiteral("corrupt.dcf")}, dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    ASSERT_EQ(r.errLines().size(), 1) << r.err.toStdString();
+    const QString line = r.errLines().at(0);
+    EXPECT_TRUE(line.startsWith(QStringLiteral("keladmin-inspect: corrupt.dcf: cannot be read as cspro: Class : "
+                                               "CSPro; Error : 242; Message : Invalid contents in line; [")))
+        << line.toStdString();
+    // The detail is a line index held as one character, shown escaped, never raw.
+    EXPECT_FALSE(line.contains(QRegularExpression(QStringLiteral("[\\x00-\\x1f]"))));
+}
+
+// ------------------------------------------------------------------ long labels
+
+TEST_F(Inspector, TableCutsLongLabelsAndStaysSmallWhileJsonKeepsThemWhole)
+{
+    const int size = 20 * 1024 * 1024;
+    QByteArray dictionary = "[Dictionary]\nName=D\n[Item]\nName=A\nLabel=";
+    dictionary += QByteArray(size, 'x');
+    dictionary += "\nStart=1\nLen=2\n[Item]\nName=B\nLabel=Short\nStart=3\nLen=1\n";
+    const QString path = writeFile(dir, QStringLiteral("long.dcf"), dictionary);
+
+    const Outcome table = runInspector({path});
+    ASSERT_TRUE(table.finished);
+    ASSERT_EQ(table.exitCode, 0) << table.err.toStdString();
+    EXPECT_LT(table.out.size(), 4096);
+    // 59 characters of the label and the ellipsis: 60 in all.
+    const QString cut = QString(59, QLatin1Char('x')) + QChar(0x2026);
+    EXPECT_TRUE(table.outLines().filter(QRegularExpression(QStringLiteral("^A +") + cut + QStringLiteral("  INTEGER")))
+                    .size() == 1)
+        << table.out.left(2000).toStdString();
+
+    const Outcome json = runInspector({QStringLiteral("--json"), path});
+    ASSERT_TRUE(json.finished);
+    ASSERT_EQ(json.exitCode, 0);
+    EXPECT_EQ(str(fieldNamed(jsonOf(json), "A"), "label").size(), size);
+}
+
+TEST_F(Inspector, WideKeepsLabelsWhole)
+{
+    const QString label = QString(100, QLatin1Char('y'));
+    const QString path = writeFile(dir, QStringLiteral("wide.dcf"),
+                                   "[Dictionary]\nName=D\n[Item]\nName=A\nLabel=" + label.toLatin1()
+                                       + "\nStart=1\nLen=2\n");
+    const Outcome r = runInspector({QStringLiteral("--wide"), path});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.outLines().filter(QRegularExpression(QStringLiteral("^A +") + label + QStringLiteral("  INTEGER"))).size(),
+              1)
+        << r.out.toStdString();
+    EXPECT_FALSE(r.out.contains(QChar(0x2026)));
+}
+
+// ------------------------------------------------------------------ start-up
+
+TEST_F(Inspector, WithoutAskNoGuiApplicationIsCreatedEvenWithADisplay)
+{
+    // A GUI application would need the platform plugin, which does not exist; a core application does not.
+    const Outcome r = runInspector({samplePath(QStringLiteral("census.dcf"))}, QString(),
+                                   {{QStringLiteral("DISPLAY"), QStringLiteral(":99")},
+                                    {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("no-such-platform")}});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_TRUE(r.err.isEmpty()) << r.err.toStdString();
+}
+
+TEST_F(Inspector, HelpLoadsNeitherQtNorTheLibrary)
+{
+    const Outcome r = runInspector({QStringLiteral("--help")}, QString(), {{QStringLiteral("LD_DEBUG"), QStringLiteral("libs")}});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.out.startsWith(QStringLiteral("Usage:\n")));
+    // The dynamic loader names every library it loads.
+    EXPECT_TRUE(r.err.contains(QStringLiteral("libc.so"))) << "no loader trace";
+    EXPECT_FALSE(r.err.contains(QStringLiteral("libQt5"))) << r.err.toStdString();
+    EXPECT_FALSE(r.err.contains(QStringLiteral("libmodel_KelAdmin"))) << r.err.toStdString();
+}
+
+TEST_F(Inspector, ProgramWithoutTheInspectorModuleStillHelpsAndSaysWhatIsMissing)
+{
+    const QString copy = dir.filePath(QStringLiteral("keladmin-inspect"));
+    ASSERT_TRUE(QFile::copy(Program, copy));
+    ASSERT_TRUE(QFile::setPermissions(copy, QFile::permissions(copy) | QFileDevice::ExeOwner));
+
+    QProcess help;
+    help.start(copy, {QStringLiteral("--help")});
+    ASSERT_TRUE(help.waitForFinished(10000));
+    EXPECT_EQ(help.exitCode(), 0);
+    EXPECT_TRUE(help.readAllStandardOutput().startsWith("Usage:\n"));
+
+    QProcess run;
+    run.start(copy, {samplePath(QStringLiteral("census.dcf"))});
+    ASSERT_TRUE(run.waitForFinished(10000));
+    EXPECT_EQ(run.exitCode(), 127);
+    EXPECT_TRUE(run.readAllStandardOutput().isEmpty());
+    EXPECT_TRUE(run.readAllStandardError().startsWith("keladmin-inspect: cannot load keladmin-inspect-core.so: "));
+}
+
+// ------------------------------------------------------------------ HTML page
+
+INSTANTIATE_TEST_SUITE_P(
+    HtmlArguments, InspectorUsage,
+    ::testing::Values(UsageCase{"HtmlWithoutAFile", {"x.dcf", "--html"}, "keladmin-inspect: --html needs a file"},
+                      UsageCase{"HtmlWithLookup",
+                                {"--lookup", "a.txt", "--separator", "tab", "--html", "page.html"},
+                                "keladmin-inspect: --html applies to dictionaries, not to --lookup"},
+                      UsageCase{"HtmlOverTheInspectedFile",
+                                {"--html", "x.dcf", "x.dcf"},
+                                "keladmin-inspect: --html would overwrite the inspected file"}),
+    [](const ::testing::TestParamInfo<UsageCase> &info) { return std::string(info.param.name); });
+
+QString readText(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+}
+
+TEST_F(Inspector, HtmlWritesThePageAndLeavesStdoutAsWithoutIt)
+{
+    const QString sample = samplePath(QStringLiteral("census.dcf"));
+    const QString page = dir.filePath(QStringLiteral("census.html"));
+    const Outcome plain = runInspector({sample});
+    const Outcome r = runInspector({QStringLiteral("--html"), page, sample});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_EQ(r.out, plain.out);
+    EXPECT_TRUE(r.err.isEmpty()) << r.err.toStdString();
+    const QString html = readText(page);
+    EXPECT_TRUE(html.startsWith(QLatin1String("<!DOCTYPE html>")));
+    // One drawing per record of the sample: H, P and D.
+    for (const char *record : {"HOUSING", "PERSON", "DEATH"})
+        EXPECT_TRUE(
+            html.contains(QStringLiteral("<svg class=\"record\" data-record=\"%1\"").arg(QLatin1String(record))))
+            << record;
+    // BIRTHYEAR is written ItemType=SubItem, Start=20, Len=4 in the sample.
+    EXPECT_TRUE(html.contains(QLatin1String("<rect class=\"subitem\" data-name=\"BIRTHYEAR\" data-start=\"20\" "
+                                            "data-len=\"4\"")));
+}
+
+TEST_F(Inspector, HtmlDrawsADictionaryWithoutRecordsAsOneLine)
+{
+    const QString path = writeFile(dir, QStringLiteral("plain.dcf"), PlainDictionary);
+    const QString page = dir.filePath(QStringLiteral("plain.html"));
+    const Outcome r = runInspector({QStringLiteral("--html"), page, path});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QString html = readText(page);
+    EXPECT_TRUE(html.contains(QLatin1String("<svg class=\"record\" data-record=\"\"")));
+    // AGE is an identification item (read before any record) at Start=1, Len=2.
+    EXPECT_TRUE(html.contains(QLatin1String("<rect class=\"id\" data-name=\"AGE\" data-start=\"1\" data-len=\"2\"")));
+}
+
+TEST_F(Inspector, HtmlPageThatCannotBeWrittenExitsOneAndSaysWhere)
+{
+    const QString page = dir.filePath(QStringLiteral("missing-folder/census.html"));
+    const Outcome r = runInspector({QStringLiteral("--html"), page, samplePath(QStringLiteral("census.dcf"))});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    ASSERT_EQ(r.errLines().size(), 1) << r.err.toStdString();
+    EXPECT_TRUE(r.errLines().at(0).startsWith(QStringLiteral("keladmin-inspect: %1: cannot be written: ").arg(page)))
+        << r.err.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(page));
+}
+
+TEST_F(Inspector, HelpDocumentsTheHtmlPage)
+{
+    const Outcome r = runInspector({QStringLiteral("--help")});
+    ASSERT_TRUE(r.finished);
+    EXPECT_TRUE(r.out.contains(QLatin1String("[--html PAGE]")));
+    EXPECT_TRUE(r.out.contains(QLatin1String("--html PAGE       also write")));
+}
+
+// ------------------------------------------------------------------ CSV
+
+INSTANTIATE_TEST_SUITE_P(
+    CsvArguments, InspectorUsage,
+    ::testing::Values(UsageCase{"CsvWithJson", {"--csv", "--json", "x.dcf"},
+                                "keladmin-inspect: --json and --csv cannot be combined"},
+                      UsageCase{"JsonWithCsvInLookup",
+                                {"--lookup", "a.txt", "--separator", "tab", "--json", "--csv"},
+                                "keladmin-inspect: --json and --csv cannot be combined"}),
+    [](const ::testing::TestParamInfo<UsageCase> &info) { return std::string(info.param.name); });
+
+//! The records of a CSV text whose fields hold no line ends.
+QStringList csvRecordsOf(const QString &text)
+{
+    EXPECT_TRUE(text.endsWith(QStringLiteral("\r\n")));
+    QStringList records = text.split(QStringLiteral("\r\n"));
+    records.removeLast();
+    return records;
+}
+
+TEST_F(Inspector, CsvOfTheCSProTextSampleHasTheHeaderAndOneRowPerField)
+{
+    const Outcome r = runInspector({QStringLiteral("--csv"), samplePath(QStringLiteral("census.dcf"))});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_TRUE(r.err.isEmpty()) << r.err.toStdString();
+    EXPECT_FALSE(r.out.startsWith(QChar(0xfeff)));
+    const QStringList records = csvRecordsOf(r.out);
+    ASSERT_EQ(records.size(), 1 + 35);
+    EXPECT_EQ(records.at(0), QStringLiteral("NAME,LABEL,TYPE,START,SIZE,DEC,MIN,MAX,MISSING,NOTAPPL,GROUP,VALUE LABELS"));
+    // Item PROVINCE: columns 2-3, codes 1 to 5, an identification item of the record "Common".
+    EXPECT_EQ(records.at(1), QStringLiteral("PROVINCE,Province,INTEGER,2,2,0,1,5,,,Common,1=North; 2=South; 3=East; "
+                                            "4=West; 5=Capital district"));
+    // The occurrence number stays one raw character, not an escape.
+    EXPECT_TRUE(records.contains(QStringLiteral("ASSET_") + QChar(3)
+                                 + QStringLiteral(",Household owns the item,INTEGER,21,1,0,1,2,,,HOUSING,1=Yes; 2=No")));
+    EXPECT_FALSE(r.out.contains(QStringLiteral("\\u000")));
+}
+
+TEST_F(Inspector, CsvKeepsLongLabelsWhole)
+{
+    const QString label(100, QLatin1Char('y'));
+    const QString path = writeFile(dir, QStringLiteral("long.dcf"),
+                                   "[Dictionary]\nName=D\n[Item]\nName=A\nLabel=" + label.toLatin1()
+                                       + "\nStart=1\nLen=2\n");
+    const Outcome r = runInspector({QStringLiteral("--csv"), path});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0);
+    // An item outside any record belongs to the common record.
+    EXPECT_EQ(csvRecordsOf(r.out).value(1),
+              QStringLiteral("A,") + label + QStringLiteral(",INTEGER,1,2,0,0,99,,,Common,"));
+}
+
+TEST_F(Inspector, CsvOfALookupListsTheLabelCounts)
+{
+    const Outcome r = runInspector({QStringLiteral("--lookup"), samplePath(QStringLiteral("areas.txt")),
+                                    QStringLiteral("--separator"), QStringLiteral("tab"), QStringLiteral("--csv")});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QStringList records = csvRecordsOf(r.out);
+    // 30 different labels among the 34 lines; Central three times, Harbour twice.
+    ASSERT_EQ(records.size(), 1 + 30);
+    EXPECT_EQ(records.at(0), QStringLiteral("COUNT,LABEL"));
+    EXPECT_TRUE(records.contains(QStringLiteral("3,Central")));
+    EXPECT_TRUE(records.contains(QStringLiteral("2,Harbour")));
+    EXPECT_TRUE(records.contains(QStringLiteral("1,North province")));
+}
+
+TEST_F(Inspector, CsvWithCheckKeepsTheExitStatusOfTheMessages)
+{
+    writeFile(dir, QStringLiteral("dup.txt"), "01\tNorth\n01\tSouth\n");
+    const Outcome r = runInspector({QStringLiteral("--lookup"), QStringLiteral("dup.txt"), QStringLiteral("--separator"),
+                                    QStringLiteral("tab"), QStringLiteral("--check"), QStringLiteral("--csv")},
+                                   dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 4);
+    EXPECT_TRUE(r.out.startsWith(QStringLiteral("COUNT,LABEL\r\n"))) << r.out.toStdString();
+}
+
+TEST_F(Inspector, HelpDocumentsTheCsv)
+{
+    const Outcome r = runInspector({QStringLiteral("--help")});
+    ASSERT_TRUE(r.finished);
+    for (const char *text : {"[--json | --csv]", "--csv             print CSV (RFC 4180)", "CR LF",
+                             "control characters kept", "kept as they are in the CSV"})
+        EXPECT_TRUE(r.out.contains(QLatin1String(text))) << text;
+}
+
+// ------------------------------------------------------------------ the line of error 242
+
+TEST_F(Inspector, Error242SaysTheLineInDecimal)
+{
+    // The reading fails in the item section of lines 6 to 10; its last line is line 10.
+    writeFile(dir, QStringLiteral("corrupt.dcf"),
+              "[Dictionary]\nName=D\n[Record]\nName=R\nRecordTypeValue='1'\n[Item]\nName=A\nStart=2\nLen=1\n"
+              "Occurrences=99999999\n");
+    const Outcome r = runInspector({QStringLiteral("corrupt.dcf")}, dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_EQ(r.errLines(), QStringList{"keladmin-inspect: corrupt.dcf: cannot be read as cspro: Class : CSPro; "
+                                        "Error : 242; Message : Invalid contents in line; [\\u0009 ] (line 10 of "
+                                        "the file)"});
+}
+
+TEST_F(Inspector, Error242NamesTheLastLineOfTheFailingSection)
+{
+    // The failing item is followed by a blank line 9 and the next section at line 10.
+    writeFile(dir, QStringLiteral("corrupt.dcf"),
+              "[Dictionary]\nName=D\n[Item]\nName=A\nStart=2\nLen=1\nOccurrences=99999999\nLabel=A\n\n"
+              "[Item]\nName=B\nStart=3\nLen=1\n");
+    const Outcome r = runInspector({QStringLiteral("corrupt.dcf")}, dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    ASSERT_EQ(r.errLines().size(), 1);
+    EXPECT_TRUE(r.errLines().at(0).endsWith(QStringLiteral("Error : 242; Message : Invalid contents in line; "
+                                                          "[\\u0008 ] (line 9 of the file)")))
+        << r.err.toStdString();
+}
+
+TEST_F(Inspector, Error242PastLine65536SaysTheLineIsKeptIn16Bits)
+{
+    // Two lines, 70000 more, then an item whose section ends at line 70006: of its index 70005, 16 bits keep
+    // 70005 - 65536 = 4469, which says line 4470.
+    QByteArray text = "[Dictionary]\nName=D\n";
+    for (int i = 0; i < 70000; ++i)
+        text += "Note=x\n";
+    text += "[Item]\nName=A\nStart=2\nOccurrences=99999999\n";
+    writeFile(dir, QStringLiteral("big.dcf"), text);
+    const Outcome r = runInspector({QStringLiteral("big.dcf")}, dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    ASSERT_EQ(r.errLines().size(), 1);
+    EXPECT_TRUE(r.errLines().at(0).endsWith(QStringLiteral(
+        " (line 4470 of the file, or a multiple of 65536 lines further: the line is kept in 16 bits)")))
+        << r.err.toStdString();
+}
+
+// ------------------------------------------------------------------ JSON schema version
+
+TEST_F(Inspector, JsonOfADictionaryAndOfALookupCarrySchemaVersionOne)
+{
+    const Outcome dictionary = runInspector({QStringLiteral("--json"), samplePath(QStringLiteral("census.sav"))});
+    const Outcome lookup = runInspector({QStringLiteral("--json"), QStringLiteral("--lookup"),
+                                         samplePath(QStringLiteral("areas.txt")), QStringLiteral("--separator"),
+                                         QStringLiteral("tab"), QStringLiteral("--no-notes")});
+    for (const Outcome &r : {dictionary, lookup}) {
+        ASSERT_TRUE(r.finished);
+        ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+        EXPECT_EQ(num(jsonOf(r), "schemaVersion"), 1);
+    }
+}
+
+TEST_F(Inspector, HelpNamesTheJsonSchema)
+{
+    const Outcome r = runInspector({QStringLiteral("--help")});
+    ASSERT_TRUE(r.finished);
+    EXPECT_TRUE(r.out.contains(QLatin1String("share/keladmin-inspect/keladmin-inspect.schema.json")));
+    EXPECT_TRUE(r.out.contains(QLatin1String("\"schemaVersion\" (now 1)")));
+}
+
+// ------------------------------------------------------------------ what SPSS and Stata files say about themselves
+
+// samples/census.sav, as scripts/make-samples.sh writes it through ReadStat's writer: 12 rows (f.rows), an
+// uncompressed system file ("$FL2": version 2), the character code 65001 that ReadStat's writer always states
+// (UTF-8), written on a little-endian machine (layout code 2 in its byte order), header date "21 Nov 26" and
+// time "09:13:27", no file label.
+TEST_F(Inspector, SpssSampleHeaderSaysWhatTheFileSaysAboutItself)
+{
+    const Outcome r = runInspector({samplePath(QStringLiteral("census.sav"))});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QStringList lines = r.outLines();
+    const int record = lines.indexOf(QStringLiteral("Record type:       start 0, length 0"));
+    ASSERT_GE(record, 0) << r.out.toStdString();
+    EXPECT_EQ(lines.mid(record + 1, 7), (QStringList{"Rows:              12", "Format version:    2",
+                                                      "Encoding:          UTF-8", "Byte order:        little-endian",
+                                                      "Created:           2026-11-21T09:13:27",
+                                                      "File label:        none", "Groups:            0"}));
+}
+
+TEST_F(Inspector, SpssSampleJsonCarriesTheFileMetadata)
+{
+    const Outcome r = runInspector({QStringLiteral("--json"), samplePath(QStringLiteral("census.sav"))});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QJsonObject meta = jsonOf(r).value(QStringLiteral("fileMetadata")).toObject();
+    EXPECT_EQ(meta.keys(),
+              (QStringList{"byteOrder", "creationTime", "encoding", "formatVersion", "label", "rowCount"}));
+    EXPECT_EQ(num(meta, "rowCount"), 12);
+    EXPECT_EQ(num(meta, "formatVersion"), 2);
+    EXPECT_EQ(str(meta, "encoding"), QStringLiteral("UTF-8"));
+    EXPECT_EQ(str(meta, "byteOrder"), QStringLiteral("little-endian"));
+    EXPECT_EQ(str(meta, "creationTime"), QStringLiteral("2026-11-21T09:13:27"));
+    ASSERT_TRUE(meta.value(QStringLiteral("label")).isString());
+    EXPECT_EQ(str(meta, "label"), QString());
+}
+
+// samples/census.dta: format 118 (f.dtaVersion), 12 rows, <byteorder>LSF</byteorder> (little-endian),
+// <timestamp> "21 Nov 2026 09:13" (minutes only), no data label; Stata files state no encoding.
+TEST_F(Inspector, StataSampleHeaderAndJsonSayWhatTheFileSaysAboutItself)
+{
+    const QString path = samplePath(QStringLiteral("census.dta"));
+    const Outcome table = runInspector({path});
+    ASSERT_TRUE(table.finished);
+    ASSERT_EQ(table.exitCode, 0) << table.err.toStdString();
+    const QStringList lines = table.outLines();
+    const int rows = lines.indexOf(QStringLiteral("Rows:              12"));
+    ASSERT_GE(rows, 0) << table.out.toStdString();
+    EXPECT_EQ(lines.mid(rows + 1, 5), (QStringList{"Format version:    118", "Encoding:          unknown",
+                                                    "Byte order:        little-endian",
+                                                    "Created:           2026-11-21T09:13:00", "File label:        none"}));
+
+    const Outcome json = runInspector({QStringLiteral("--json"), path});
+    ASSERT_TRUE(json.finished);
+    const QJsonObject meta = jsonOf(json).value(QStringLiteral("fileMetadata")).toObject();
+    EXPECT_EQ(num(meta, "rowCount"), 12);
+    EXPECT_EQ(num(meta, "formatVersion"), 118);
+    EXPECT_TRUE(meta.value(QStringLiteral("encoding")).isNull());
+    EXPECT_EQ(str(meta, "byteOrder"), QStringLiteral("little-endian"));
+    EXPECT_EQ(str(meta, "creationTime"), QStringLiteral("2026-11-21T09:13:00"));
+}
+
+TEST_F(Inspector, CSProDictionariesHaveNoFileMetadata)
+{
+    for (const char *sample : {"census.dcf", "census.json"}) {
+        const Outcome table = runInspector({samplePath(QLatin1String(sample))});
+        const Outcome json = runInspector({QStringLiteral("--json"), samplePath(QLatin1String(sample))});
+        ASSERT_TRUE(table.finished && json.finished);
+        EXPECT_TRUE(table.outLines().filter(QRegularExpression(QStringLiteral("^(Rows|Created):"))).isEmpty())
+            << sample;
+        EXPECT_FALSE(jsonOf(json).contains(QStringLiteral("fileMetadata"))) << sample;
+    }
+}
+
+// ------------------------------------------------------------------ ReadStat's reason, in words
+
+//! \a size bytes of a fixed pseudo-random sequence (a linear congruential generator seeded with 1).
+QByteArray randomBytes(int size)
+{
+    QByteArray bytes(size, '\0');
+    quint32 state = 1;
+    for (char &b : bytes) {
+        state = state * 1103515245u + 12345u;
+        b = static_cast<char>(state >> 16);
+    }
+    return bytes;
+}
+
+TEST_F(Inspector, RandomBytesForcedAsStataGiveReadStatsMessageForAnUnsupportedVersion)
+{
+    const QByteArray bytes = randomBytes(4096);
+    // ReadStat takes the first byte for the format version: neither "<" (the XML form) nor 104 to 119.
+    const int first = static_cast<unsigned char>(bytes.at(0));
+    ASSERT_TRUE(first != '<' && (first < 104 || first > 119)) << first;
+    writeFile(dir, QStringLiteral("random.bin"), bytes);
+    const Outcome r = runInspector({QStringLiteral("--format"), QStringLiteral("stata"), QStringLiteral("random.bin")},
+                                   dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_TRUE(r.out.isEmpty());
+    EXPECT_EQ(r.errLines(), QStringList{"keladmin-inspect: random.bin: no fields read as stata (ReadStat: This version "
+                                        "of the file format is not supported (error 24))"});
+    EXPECT_EQ(QString::fromUtf8(readstat_error_message(READSTAT_ERROR_UNSUPPORTED_FILE_FORMAT_VERSION)),
+              QStringLiteral("This version of the file format is not supported"));
+}
+
+TEST_F(Inspector, RandomBytesForcedAsSpssAreAnInvalidFile)
+{
+    writeFile(dir, QStringLiteral("random.bin"), randomBytes(4096));
+    const Outcome r = runInspector({QStringLiteral("--format"), QStringLiteral("spss"), QStringLiteral("random.bin")},
+                                   dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    // No "$FL2" or "$FL3" at the start.
+    EXPECT_EQ(r.errLines(), QStringList{"keladmin-inspect: random.bin: no fields read as spss (" +
+                                        readStatReason(READSTAT_ERROR_PARSE) + ")"});
+}
+
+TEST_F(Inspector, SpssFileCutAmongItsVariablesGivesReadStatsMessageNotANumberAlone)
+{
+    // The 176-byte header whole, the variable records cut after 24 more bytes.
+    writeFile(dir, QStringLiteral("cut.sav"), sampleHead(QStringLiteral("census.sav"), 200));
+    const Outcome r = runInspector({QStringLiteral("cut.sav")}, dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_EQ(r.errLines(), QStringList{"keladmin-inspect: cut.sav: no fields read as spss (ReadStat: Unable to read "
+                                        "from file (error 2))"});
+}
+
+//! A compressed SPSS file (.zsav) with a file label and a creation time of its own.
+kxtest::ReadStatFile labelledZsav(qint64 timestamp)
+{
+    kxtest::ReadStatFile f;
+    f.container = kxtest::ReadStatFile::Container::Zsav;
+    f.variables << kxtest::readStatVariable("age", kxtest::ReadStatFile::Type::Double, "F3.0", "Age");
+    f.rows = 7;
+    f.fileLabel = "Census 2023, \"person\" extract";
+    f.timestamp = timestamp;
+    return f;
+}
+
+TEST_F(Inspector, ZsavReportsVersionThreeItsLabelAndItsCreationTime)
+{
+    const qint64 timestamp = 1677663015; // 2023-03-01 09:30:15 UTC
+    const QString path = kxtest::writeReadStatFile(dir, QStringLiteral("labelled.zsav"), labelledZsav(timestamp));
+    ASSERT_FALSE(path.isEmpty());
+    // ReadStat's writer states the time in local time; the inspector shows it as the file states it.
+    const QString created = QDateTime::fromSecsSinceEpoch(timestamp).toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
+
+    const Outcome table = runInspector({path});
+    ASSERT_TRUE(table.finished);
+    ASSERT_EQ(table.exitCode, 0) << table.err.toStdString();
+    const QStringList lines = table.outLines();
+    EXPECT_TRUE(lines.contains(QStringLiteral("Rows:              7")));
+    EXPECT_TRUE(lines.contains(QStringLiteral("Format version:    3")));
+    EXPECT_TRUE(lines.contains(QStringLiteral("Created:           ") + created)) << table.out.toStdString();
+    EXPECT_TRUE(lines.contains(QStringLiteral("File label:        Census 2023, \"person\" extract")));
+
+    const Outcome json = runInspector({QStringLiteral("--json"), path});
+    ASSERT_TRUE(json.finished);
+    const QJsonObject meta = jsonOf(json).value(QStringLiteral("fileMetadata")).toObject();
+    EXPECT_EQ(num(meta, "rowCount"), 7);
+    EXPECT_EQ(num(meta, "formatVersion"), 3);
+    EXPECT_EQ(str(meta, "creationTime"), created);
+    EXPECT_EQ(str(meta, "label"), QStringLiteral("Census 2023, \"person\" extract"));
+}
+
+TEST_F(Inspector, StataFileCutInItsDataKeepsItsFieldsAndWarnsInReadStatsWords)
+{
+    kxtest::ReadStatFile f;
+    f.container = kxtest::ReadStatFile::Container::Dta;
+    f.variables << kxtest::readStatVariable("a", kxtest::ReadStatFile::Type::Int8, "%8.0g", "A")
+                << kxtest::readStatVariable("b", kxtest::ReadStatFile::Type::Double, "%10.2f", "B");
+    f.rows = 5000;
+    const QByteArray whole = kxtest::readStatBytes(f);
+    ASSERT_GT(whole.size(), 45000);
+    // 9 bytes a row: the last 10000 bytes hold data rows and the value-label section that follows them.
+    writeFile(dir, QStringLiteral("cut.dta"), whole.left(whole.size() - 10000));
+    const Outcome r = runInspector({QStringLiteral("cut.dta")}, dir.path());
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    EXPECT_TRUE(r.outLines().contains(QStringLiteral("Fields:            2"))) << r.out.toStdString();
+    ASSERT_EQ(r.errLines().size(), 1) << r.err.toStdString();
+    EXPECT_EQ(r.errLines().at(0), QStringLiteral("keladmin-inspect: cut.dta: warning: the reading stopped early: ")
+                                      + readStatReason(READSTAT_ERROR_READ));
+}
+
+TEST_F(Inspector, CsvWithFailOnNotesPrintsEveryRowAndExitsThree)
+{
+    // samples/census.sav gives notes (formats with decimals, the width of A24).
+    const Outcome r = runInspector({QStringLiteral("--csv"), QStringLiteral("--fail-on-notes"),
+                                    samplePath(QStringLiteral("census.sav"))});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 3);
+    EXPECT_EQ(csvRecordsOf(r.out).size(), 1 + 15);
 }
 
 } // namespace

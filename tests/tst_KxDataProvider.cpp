@@ -75,6 +75,7 @@ TEST(KxDataProvider, FreshProviderIsEmpty)
     EXPECT_EQ(*p.getProviderTypeNames(), QStringList({"NONE", "CSPRO", "CSV"}));
     EXPECT_EQ(p.getField("AGE"), nullptr);
     EXPECT_EQ(p.getFieldName("AGE"), QString());
+    EXPECT_EQ(p.getFieldFromRecord("AGE", "PERSON"), nullptr);
     EXPECT_EQ(p.getRecord("H"), nullptr);
 }
 
@@ -159,6 +160,17 @@ TEST(KxDataProvider, GenericGetFieldsFromCopiesIdentityLayoutAndMakesARecord)
     delete p.getRecordTree();
 }
 
+TEST(KxDataProvider, GenericGetFieldsFromWithoutAnImporterFillsNothing)
+{
+    TKxDataProvider p;
+    p.setDataProviderType("CSPRO");
+    EXPECT_FALSE(p.genericGetFieldsFrom(nullptr));
+    EXPECT_EQ(p.getSourceFields(), nullptr);
+    EXPECT_EQ(p.getRecordTree(), nullptr);
+    EXPECT_EQ(p.getImportData(), nullptr);
+    EXPECT_EQ(p.getDataProviderType(), QStringLiteral("CSPRO"));
+}
+
 TEST(KxDataProvider, GenericGetFieldsFromCsvImporterUsesTheDelimitedDictionary)
 {
     // The importer's type is taken over first; "CSV" then picks the delimited form.
@@ -233,6 +245,23 @@ TEST(KxDataProvider, GetFieldFromRecordTakesAFieldWithoutGroupForAnyRecord)
     qDeleteAll(*p.getSourceFields());
 }
 
+TEST(KxDataProvider, NullEntriesOfTheFieldListAreNoFields)
+{
+    // The list is the provider's but open to callers; an empty slot in it is
+    // passed over by the look-ups.
+    StubImport cspro("CSPRO");
+    cspro.openFile();
+    TKxDataProvider p;
+    p.genericGetFieldsFrom(&cspro);
+    TKxSourceField *age = p.getField("AGE");
+    p.getSourceFields()->prepend(nullptr);
+    EXPECT_EQ(p.getField("AGE"), age);
+    EXPECT_EQ(p.getFieldFromRecord("AGE", "PERSON"), age);
+    EXPECT_EQ(p.getField("NONE"), nullptr);
+    EXPECT_EQ(p.getFieldFromRecord("NONE", "PERSON"), nullptr);
+    qDeleteAll(*p.getSourceFields());
+}
+
 TEST(KxDataProvider, GetRecordSearchesTheRecordTree)
 {
     StubImport cspro("CSPRO");
@@ -291,6 +320,24 @@ TEST(KxDataProvider, FindFieldAfterInitDataClassLoaderIsNull)
     EXPECT_EQ(p.findField("AGE", "PERSON"), nullptr);
     p.setDataProviderType("CSV");
     EXPECT_EQ(p.findField("AGE", QString()), nullptr);
+}
+
+TEST(KxDataProvider, FindFieldOfARegisteredTypeMeetsError107OfTheRegistry)
+{
+    // Once a type is listed in the registry, findField asks GetDataClassLoader
+    // for the importer, which fails with 107 for every type and leaves a new,
+    // empty registry behind.
+    TLoaderManager::InitDataClassLoader();
+    _pLoaderManager->getTypeNames()->append(QStringLiteral("CSPRO"));
+    TKxDataProvider p;
+    p.setDataProviderType("CSPRO");
+    int number = 0;
+    QString text;
+    EXPECT_TRUE(kxtest::catchKxError([&] { p.findField("AGE", "PERSON"); }, &number, nullptr, &text));
+    EXPECT_EQ(number, 107);
+    EXPECT_EQ(text, QStringLiteral("CSPRO"));
+    EXPECT_TRUE(_pLoaderManager->getTypeNames()->isEmpty());
+    EXPECT_EQ(p.findField("AGE", "PERSON"), nullptr);
 }
 
 TEST(KxDataProvider, OpenDataProviderResetsTheErrorNumberAndNeedsADataFile)

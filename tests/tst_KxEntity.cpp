@@ -335,6 +335,25 @@ TEST(TKxEntityFind, EntityListedBelowItselfDoesNotLoop)
     release(found);
 }
 
+TEST(TKxEntityFind, EntityWithoutAChildListIsALeaf)
+{
+    // setChildren may take the child list away; such an entity has no subtree.
+    TKxEntity root, bare, target;
+    root.setName(QStringLiteral("ROOT"));
+    bare.setName(QStringLiteral("BARE"));
+    target.setName(QStringLiteral("TARGET"));
+    QList<TKxEntity *> *list = bare.getChildren();
+    bare.setChildren(nullptr);
+    root.addChildren(&bare);
+    root.addChildren(&target);
+    EXPECT_EQ(root.findEntity(QStringLiteral("TARGET")), &target);
+    EXPECT_EQ(root.findEntity(QStringLiteral("BARE")), &bare);
+    TKxEntity *found = bare.findEntity(QStringLiteral("TARGET"));
+    EXPECT_EQ(found->getName(), QStringLiteral("nullEntity"));
+    release(found);
+    bare.setChildren(list);
+}
+
 // ---- SelectionTreeUnit ----------------------------------------------------
 
 TEST(SelectionTreeUnit, DefaultHasCounterOneLevelZeroUncheckedAndInvalidIndex)

@@ -86,6 +86,17 @@ TEST(QuestIndex, RecordValueOfAnyIndexOnAnEmptyListIsEmpty)
     EXPECT_EQ(noList.getRecordValue(0), QString());
 }
 
+TEST(QuestIndex, NegativeLineIndexGivesEmptyText)
+{
+    // Below the first line there is no line either.
+    QStringList lines{"1abc", "2def"};
+    TQuestIndex q;
+    q.lines = &lines;
+    q.recordTypeLength = 1;
+    EXPECT_EQ(q.getRecordValue(-1), QString());
+    EXPECT_EQ(q.getRecordValue(0), QStringLiteral("1"));
+}
+
 TEST(QuestIndex, ShortLineGivesThePartOfTheCodeThatExists)
 {
     QStringList lines{"ABC", "AB", "A"};
@@ -209,6 +220,37 @@ TEST(KxRecord, InsertChildWithNullPositionGoesToTheEnd)
     root->insertChild(nullptr, z);
     EXPECT_EQ(a->getNextBrother(), z);
     EXPECT_EQ(z->getParent(), root);
+}
+
+TEST(KxRecord, InsertChildBeforeANodeThatIsNoChildGoesToTheEnd)
+{
+    // A position that is not among this node's children is treated like no
+    // position: the child is appended.
+    Tree t;
+    TKxRecord *root = t.node("R");
+    TKxRecord *a = t.node("A");
+    TKxRecord *stranger = t.node("S");
+    TKxRecord *z = t.node("Z");
+    root->addChild(a);
+    root->insertChild(stranger, z);
+    EXPECT_EQ(names(root->getFirstChild(), true), QStringList({"A", "Z"}));
+    EXPECT_EQ(z->getParent(), root);
+    EXPECT_EQ(stranger->getNextBrother(), nullptr);
+}
+
+TEST(KxRecord, NullNodesAreNotLinked)
+{
+    Tree t;
+    TKxRecord *root = t.node("R");
+    TKxRecord *a = t.node("A");
+    root->addChild(nullptr);
+    EXPECT_EQ(root->getFirstChild(), nullptr);
+    root->addChild(a);
+    a->addBrother(nullptr);
+    root->insertChild(a, nullptr);
+    root->insertChild(nullptr, nullptr);
+    EXPECT_EQ(root->getFirstChild(), a);
+    EXPECT_EQ(a->getNextBrother(), nullptr);
 }
 
 TEST(KxRecord, RetrieveRecordSearchesDepthFirst)
@@ -520,4 +562,41 @@ TEST(QuestionnaireCheck, UniquenessTestWithoutReferencesCountsNothing)
     Census c({"", "", ""});
     EXPECT_EQ(c.house->assembleRecord(&c.q), QString());
     EXPECT_EQ(c.q.status, 0);
+}
+
+TEST(QuestionnaireCheck, RootWithoutChildrenGivesOneAssembledLinePerOccurrence)
+{
+    Tree t;
+    TKxRecord *only = t.node("HOUSE", "1");
+    QStringList lines{"1 0001", "2 0001 01", "1 0002"};
+    TQuestIndex q;
+    q.lines = &lines;
+    q.recordTypeLength = 1;
+    q.assembledText = "REC";
+    EXPECT_EQ(only->checkQuestionnaire(&q), QStringLiteral("REC\r\nREC\r\n"));
+    EXPECT_EQ(q.status, 0);
+}
+
+TEST(QuestionnaireCheck, ChildCheckDescendsToTheChildsOwnChildren)
+{
+    // House (1) > person (2) > activity (4): each person line is followed by
+    // the part of its own first child, which takes every activity line.
+    Census c({"1 0001", "2 0001 01", "4 0001 01 a", "2 0001 02", "4 0001 02 a", "4 0001 02 b"});
+    Tree extra;
+    TKxRecord *activity = extra.node("ACTIVITY", "4");
+    c.person->addChild(activity);
+    c.q.assembledText = "R";
+    // Per person line: R, then R for each of the three activity lines.
+    const QString perPerson = QString("R\r\n").repeated(1 + 3);
+    EXPECT_EQ(c.person->checkQuestionnaire(&c.q, QString()), perPerson.repeated(2));
+    EXPECT_EQ(c.house->checkQuestionnaire(&c.q), QStringLiteral("R\r\n") + perPerson.repeated(2));
+}
+
+TEST(QuestionnaireCheck, NoIndexGivesTheEmptyText)
+{
+    Census c({"1 0001", "2 0001 01"});
+    EXPECT_EQ(c.house->checkQuestionnaire(nullptr), QString());
+    EXPECT_EQ(c.person->checkQuestionnaire(nullptr, QString()), QString());
+    EXPECT_EQ(c.house->assembleRecord(nullptr), QString());
+    EXPECT_EQ(c.house->assembleRecord(nullptr, QStringLiteral("key")), QString());
 }

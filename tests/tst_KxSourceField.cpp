@@ -78,6 +78,23 @@ TEST(KxSourceField, AcceptedAndRejectedProviderTypes)
     }
 }
 
+TEST(KxSourceField, PositionsOneToSixAndEightToNineAreAcceptedSevenIsNot)
+{
+    // The rule is on the position in the name list, which callers may extend
+    // beyond the five names it starts with.
+    TKxSourceField f;
+    *f.getProviderTypeNames() << QStringLiteral("P5") << QStringLiteral("P6") << QStringLiteral("P7")
+                              << QStringLiteral("P8") << QStringLiteral("P9") << QStringLiteral("P10");
+    const QList<QPair<QString, int>> steps{{QStringLiteral("P5"), 5}, {QStringLiteral("P6"), 6},
+                                           {QStringLiteral("P7"), 6}, {QStringLiteral("P8"), 8},
+                                           {QStringLiteral("P9"), 9}, {QStringLiteral("P10"), 9}};
+    for (const auto &step : steps) {
+        f.setDataProviderType(step.first);
+        EXPECT_EQ(f.getDataProviderTypeIndex(), step.second) << qPrintable(step.first);
+        EXPECT_EQ(f.getDataProviderType(), f.getProviderTypeNames()->at(step.second)) << qPrintable(step.first);
+    }
+}
+
 TEST(KxSourceField, CutsColumnsCountedFromZero)
 {
     std::unique_ptr<TKxSourceField> f(fieldAt(1, 3));

@@ -40,6 +40,31 @@ TEST_F(LoaderManager, AfterInitNothingIsRegisteredEvenAfterRegisterLoader)
     EXPECT_TRUE(_pLoaderManager->getTypeNames()->isEmpty());
 }
 
+TEST_F(LoaderManager, IsTypeRegisterComparesExactlyWithTheListedNames)
+{
+    // Registration stores nothing, but a name put in the list is found, with
+    // an exact, case-sensitive comparison.
+    TLoaderManager::InitDataClassLoader();
+    _pLoaderManager->getTypeNames()->append(QStringLiteral("CSPRO"));
+    EXPECT_TRUE(IsTypeRegister(QStringLiteral("CSPRO")));
+    EXPECT_FALSE(IsTypeRegister(QStringLiteral("cspro")));
+    EXPECT_FALSE(IsTypeRegister(QStringLiteral("CSPRO8")));
+    EXPECT_FALSE(IsTypeRegister(QStringLiteral("CSP")));
+}
+
+TEST_F(LoaderManager, GetDataClassLoaderFailsEvenForATypeOfThePreviousRegistry)
+{
+    // The look-up starts from a new, empty registry, not from the current one.
+    TLoaderManager::InitDataClassLoader();
+    _pLoaderManager->getTypeNames()->append(QStringLiteral("SPSS"));
+    int number = 0;
+    QString text;
+    EXPECT_TRUE(kxtest::catchKxError([] { GetDataClassLoader(QStringLiteral("SPSS")); }, &number, nullptr, &text));
+    EXPECT_EQ(number, 107);
+    EXPECT_EQ(text, QStringLiteral("SPSS"));
+    EXPECT_FALSE(IsTypeRegister(QStringLiteral("SPSS")));
+}
+
 TEST_F(LoaderManager, InitReplacesThePreviousManager)
 {
     TLoaderManager::InitDataClassLoader();

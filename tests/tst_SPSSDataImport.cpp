@@ -6,8 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QFile>
+#include <QSysInfo>
 #include <QTemporaryDir>
+
+#include <limits>
 
 using namespace kxtest;
 using Type = ReadStatFile::Type;
@@ -272,10 +276,12 @@ TEST_F(SpssSample, LabelSetsAreEmptiedAtTheStartOfEveryRead)
     EXPECT_TRUE(importer->getLabelSetNames().isEmpty());
 }
 
-TEST_F(SpssSample, MetadataCallbackIsNotRegistered)
+// The file's metadata is now read (the exported metadata callback itself is
+// still not registered): the counts are those written.
+TEST_F(SpssSample, RowAndVariableCountsAreTheFilesOwn)
 {
-    EXPECT_EQ(importer->getRowCount(), 0);
-    EXPECT_EQ(importer->getVariableCount(), 0);
+    EXPECT_EQ(importer->getRowCount(), 3);
+    EXPECT_EQ(importer->getVariableCount(), sampleExpectedField.size());
 }
 
 // Entries are truncated in place, so a later variable sharing the set sees
@@ -461,6 +467,429 @@ TEST(SpssCallbacks, MetadataCallbackCopiesRowAndVariableCounts)
     EXPECT_EQ(handle_metadata_spss(&metadata, &importer), 0);
     EXPECT_EQ(importer.getRowCount(), 42);
     EXPECT_EQ(importer.getVariableCount(), 7);
+}
+
+// --- what the file says about itself -------------------------------------
+
+QDateTime localTime(int year, int month, int day, int hour, int minute, int second)
+{
+    return QDateTime(QDate(year, month, day), QTime(hour, minute, second));
+}
+
+// ReadStat's writer writes the host's byte order.
+QString hostByteOrder()
+{
+    return QSysInfo::ByteOrder == QSysInfo::LittleEndian ? QStringLiteral("little-endian")
+                                                         : QStringLiteral("big-endian");
+}
+
+TEST(SpssMetadata, FreshImporterKnowsNothingAboutTheFile)
+{
+    TSPSSDataImport importer;
+    EXPECT_EQ(importer.getRowCount(), -1);
+    EXPECT_EQ(importer.getFileFormatVersion(), 0);
+    EXPECT_TRUE(importer.getFileEncoding().isEmpty());
+    EXPECT_TRUE(importer.getByteOrder().isEmpty());
+    EXPECT_FALSE(importer.getCreationTime().isValid());
+    EXPECT_TRUE(importer.getFileLabel().isEmpty());
+}
+
+TEST(SpssMetadata, RowCountVersionEncodingByteOrderTimeAndLabelAreThoseWritten)
+{
+    ReadStatFile f = sampleSav(Container::Sav);
+    f.rows = 7;
+    f.fileLabel = "Census 2023, persons";
+    f.timestamp = localTime(2021, 3, 4, 5, 6, 7).toSecsSinceEpoch();
+    QTemporaryDir dir;
+    TSPSSDataImport importer(writeReadStatFile(dir, QStringLiteral("meta.sav"), f));
+    importer.openFile();
+    EXPECT_EQ(importer.getRowCount(), 7);
+    EXPECT_EQ(importer.getVariableCount(), sampleExpectedField.size());
+    EXPECT_EQ(importer.getFileFormatVersion(), 2);
+    EXPECT_EQ(importer.getFileEncoding(), QStringLiteral("UTF-8"));
+    EXPECT_EQ(importer.getByteOrder(), hostByteOrder());
+    EXPECT_EQ(importer.getCreationTime(), localTime(2021, 3, 4, 5, 6, 7));
+    EXPECT_EQ(importer.getFileLabel(), QStringLiteral("Census 2023, persons"));
+}
+
+TEST(SpssMetadata, ZsavIsVersion3)
+{
+    QTemporaryDir dir;
+    TSPSSDataImport importer(writeReadStatFile(dir, QStringLiteral("z.zsav"), sampleSav(Container::Zsav)));
+    importer.openFile();
+    EXPECT_EQ(importer.getFileFormatVersion(), 3);
+    EXPECT_EQ(importer.getRowCount(), 3);
+}
+
+TEST(SpssMetadata, ReadingTheMetadataChangesNoField)
+{
+    ReadStatFile f = sampleSav(Container::Sav);
+    f.fileLabel = "A label";
+    QTemporaryDir dir;
+    TSPSSDataImport importer(writeReadStatFile(dir, QStringLiteral("fields.sav"), f));
+    importer.openFile();
+    ASSERT_EQ(importer.getFieldCount(), sampleExpectedField.size());
+    for (int i = 0; i < sampleExpectedField.size(); ++i)
+        expectField(importer.getField(i), sampleExpectedField.at(i));
+}
+
+// The header's date is hidden from ReadStat (it rejects months in other
+// languages); the importer reads it itself, with ReadStat's English months.
+TEST(SpssMetadata, CreationDateIsReadFromTheHeaderInCapitalsAndUnknownInAnotherLanguage)
+{
+    ReadStatFile f = sampleSav(Container::Sav);
+    f.timestamp = localTime(2021, 3, 4, 5, 6, 7).toSecsSinceEpoch();
+    QTemporaryDir dir;
+    const QString path = writeReadStatFile(dir, QStringLiteral("date.sav"), f);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.seek(92));
+    ASSERT_EQ(file.write("18 DEC 20", 9), 9);
+    file.flush();
+
+    TSPSSDataImport importer(path);
+    importer.openFile();
+    EXPECT_EQ(importer.getCreationTime(), localTime(2020, 12, 18, 5, 6, 7));
+
+    ASSERT_TRUE(file.seek(92));
+    ASSERT_EQ(file.write("18 Dic 20", 9), 9);
+    file.close();
+    importer.openFile();
+    EXPECT_FALSE(importer.getCreationTime().isValid());
+    EXPECT_EQ(importer.getRowCount(), 3);
+}
+
+TEST(SpssMetadata, UnreadableFileSaysNothing)
+{
+    QTemporaryDir dir;
+    TSPSSDataImport importer(dir.filePath(QStringLiteral("absent.sav")));
+    importer.openFile();
+    EXPECT_EQ(importer.getRowCount(), -1);
+    EXPECT_EQ(importer.getVariableCount(), 0);
+    EXPECT_EQ(importer.getFileFormatVersion(), 0);
+    EXPECT_TRUE(importer.getFileEncoding().isEmpty());
+    EXPECT_TRUE(importer.getByteOrder().isEmpty());
+    EXPECT_FALSE(importer.getCreationTime().isValid());
+}
+
+TEST(SpssMetadata, ReopeningForgetsTheEarlierFile)
+{
+    QTemporaryDir dir;
+    const QString path = writeReadStatFile(dir, QStringLiteral("gone.sav"), sampleSav(Container::Sav));
+    TSPSSDataImport importer(path);
+    importer.openFile();
+    ASSERT_EQ(importer.getRowCount(), 3);
+    ASSERT_TRUE(QFile::remove(path));
+    importer.openFile();
+    EXPECT_EQ(importer.getRowCount(), -1);
+    EXPECT_EQ(importer.getFileFormatVersion(), 0);
+}
+
+// samples/census.sav: 12 rows of 15 variables, header "21 Nov 26" "09:13:27".
+TEST(SpssMetadata, CensusSample)
+{
+    TSPSSDataImport importer(QStringLiteral(KX_SAMPLES_DIR "/census.sav"));
+    importer.openFile();
+    EXPECT_EQ(importer.getFieldCount(), 15);
+    EXPECT_EQ(importer.getRowCount(), 12);
+    EXPECT_EQ(importer.getVariableCount(), 15);
+    EXPECT_EQ(importer.getFileFormatVersion(), 2);
+    EXPECT_EQ(importer.getFileEncoding(), QStringLiteral("UTF-8"));
+    EXPECT_EQ(importer.getByteOrder(), QStringLiteral("little-endian"));
+    EXPECT_EQ(importer.getCreationTime(), localTime(2026, 11, 21, 9, 13, 27));
+    EXPECT_TRUE(importer.getFileLabel().isEmpty());
+}
+
+// --- parse errors in words ------------------------------------------------
+
+TEST(SpssParseError, NothingParsedYetAndAReadFileGiveZeroAndNoText)
+{
+    TSPSSDataImport fresh;
+    EXPECT_EQ(fresh.getParseError(), 0);
+    EXPECT_TRUE(fresh.getParseErrorText().isEmpty());
+
+    QTemporaryDir dir;
+    TSPSSDataImport importer(writeReadStatFile(dir, QStringLiteral("ok.sav"), sampleSav(Container::Sav)));
+    importer.openFile();
+    EXPECT_EQ(importer.getParseError(), 0);
+    EXPECT_TRUE(importer.getParseErrorText().isEmpty());
+}
+
+TEST(SpssParseError, TruncatedFileGivesReadStatsReadErrorInWords)
+{
+    QTemporaryDir dir;
+    const QByteArray whole = readStatBytes(sampleSav(Container::Sav));
+    // Shorter than the 176-byte file header.
+    TSPSSDataImport importer(writeFile(dir, QStringLiteral("cut.sav"), whole.left(100)));
+    testing::internal::CaptureStdout();
+    importer.openFile();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), std::string());
+    EXPECT_EQ(importer.getFieldCount(), 0);
+    EXPECT_EQ(importer.getParseError(), READSTAT_ERROR_READ);
+    EXPECT_EQ(importer.getParseErrorText(), QStringLiteral("Unable to read from file"));
+}
+
+TEST(SpssParseError, MissingFileCannotBeOpened)
+{
+    QTemporaryDir dir;
+    TSPSSDataImport importer(dir.filePath(QStringLiteral("absent.sav")));
+    importer.openFile();
+    EXPECT_EQ(importer.getParseError(), READSTAT_ERROR_OPEN);
+    EXPECT_EQ(importer.getParseErrorText(), QStringLiteral("Unable to open file"));
+}
+
+TEST(SpssParseError, ASuccessfulReadClearsTheEarlierError)
+{
+    QTemporaryDir dir;
+    const QByteArray whole = readStatBytes(sampleSav(Container::Sav));
+    const QString path = writeFile(dir, QStringLiteral("later.sav"), whole.left(100));
+    TSPSSDataImport importer(path);
+    importer.openFile();
+    ASSERT_EQ(importer.getParseError(), READSTAT_ERROR_READ);
+    writeFile(dir, QStringLiteral("later.sav"), whole);
+    importer.openFile();
+    EXPECT_EQ(importer.getParseError(), 0);
+    EXPECT_TRUE(importer.getParseErrorText().isEmpty());
+}
+
+// --- reading notes --------------------------------------------------------
+
+TReadNotes notesOf(const ReadStatFile &f)
+{
+    QTemporaryDir dir;
+    QString error;
+    const QString path = writeReadStatFile(dir, QStringLiteral("notes.sav"), f, &error);
+    EXPECT_FALSE(path.isEmpty()) << error.toStdString();
+    TSPSSDataImport importer(path);
+    importer.openFile();
+    return importer.getReadNotes();
+}
+
+ReadStatFile savWith(const QList<ReadStatFile::LabelSet> &sets, const QList<ReadStatFile::Variable> &variables)
+{
+    ReadStatFile f;
+    f.labelSets = sets;
+    f.variables = variables;
+    f.rows = 2;
+    return f;
+}
+
+TEST(SpssNotes, FileCarriedOverWholeGivesNoNotes)
+{
+    const ReadStatFile f = savWith(
+        {readStatLabelSet("sexl", Type::Double, {numericLabel(1, "Male"), numericLabel(2, "Female")}),
+         readStatLabelSet("yesno", Type::Double, {numericLabel(1, "S\xc3\xad"), numericLabel(2, "No")}),
+         readStatLabelSet("codes", Type::String, {stringLabel("abc", "ABC")})},
+        {readStatVariable("sex", Type::Double, "F1.0", "Sex", "sexl"),
+         readStatVariable("age", Type::Double, "F3.0", "Age in years"),
+         // SPSS value labels are read as UTF-8: nothing lost.
+         readStatVariable("agree", Type::Double, "F1.0", "Agrees", "yesno"),
+         readStatVariable("code", Type::String, "A5", "Code", "codes", 5)});
+    expectNotes(notesOf(f), {});
+}
+
+TEST(SpssNotes, FormatWidthOfTwoDigitsKeepsItsFirstDigit)
+{
+    const ReadStatFile f = savWith({}, {readStatVariable("wide", Type::Double, "F10.0"),
+                                        readStatVariable("fullname", Type::String, "A24", "", "", 24)});
+    expectNotes(notesOf(f),
+                {fileNote("wide", "width-first-digit",
+                          "Variable wide has the format F10.0 of width 10; the reading kept its first digit, 1."),
+                 fileNote("fullname", "width-first-digit",
+                          "Variable fullname has the format A24 of width 24; the reading kept its first digit, 2.")});
+}
+
+TEST(SpssNotes, FormatWhoseSecondCharacterIsNoDigitKeepsWidth0)
+{
+    const ReadStatFile f = savWith({}, {readStatVariable("amount", Type::Double, "COMMA9"),
+                                        readStatVariable("born", Type::Double, "DATE11")});
+    expectNotes(notesOf(f),
+                {fileNote("amount", "width-not-read",
+                          "Variable amount has the format COMMA9 of width 9; the reading kept the width 0, as the "
+                          "format's second character is not a digit."),
+                 fileNote("born", "width-not-read",
+                          "Variable born has the format DATE11 of width 11; the reading kept the width 0, as the "
+                          "format's second character is not a digit.")});
+}
+
+TEST(SpssNotes, DecimalsOfTheFormatAreNotKept)
+{
+    const ReadStatFile f = savWith({}, {readStatVariable("income", Type::Double, "F8.2", "Income")});
+    expectNotes(notesOf(f), {fileNote("income", "decimals-not-read",
+                                      "Variable income has the format F8.2 with 2 decimals; the reading kept no "
+                                      "number of decimals.")});
+}
+
+// SAV files give label sets no names: ReadStat numbers them labels0, labels1, ... in file order.
+TEST(SpssNotes, LabelOfMinusOneIsLeftOut)
+{
+    const ReadStatFile f = savWith(
+        {readStatLabelSet("minus", Type::Double, {numericLabel(-1, "Minus"), numericLabel(3, "Three")}),
+         readStatLabelSet("below", Type::Double, {numericLabel(-1.5, "Below"), numericLabel(4, "Four")})},
+        {readStatVariable("count", Type::Double, "F3.0", "", "minus"),
+         readStatVariable("level", Type::Double, "F3.0", "", "below")});
+    expectNotes(notesOf(f),
+                {fileNote("count", "label-minus-one-dropped",
+                          "Variable count has the label 'Minus' for the value -1 in label set labels0; the reading "
+                          "left it out of the value labels."),
+                 fileNote("level", "label-minus-one-dropped",
+                          "Variable level has the label 'Below' for the value -1.5 in label set labels1; the reading "
+                          "cut it to -1 and left it out of the value labels.")});
+}
+
+TEST(SpssNotes, NameAndLabelOutsideAsciiAreReadByteByByte)
+{
+    const ReadStatFile f =
+        savWith({}, {readStatVariable("gr\xc3\xb6\xc3\x9f" "e", Type::Double, "F3.0",
+                                      "K\xc3\xb6rpergr\xc3\xb6\xc3\x9f" "e")});
+    const TReadNotes notes = notesOf(f);
+    const char *readName = "gr\xc3\x83\xc2\xb6\xc3\x83\xc2\x9f" "e";
+    expectNotes(notes,
+                {fileNote(readName, "text-not-ascii",
+                          "The variable name 'gr\xc3\xb6\xc3\x9f" "e' is UTF-8 in the file; read byte by byte as "
+                          "Latin-1 it became 'gr\xc3\x83\xc2\xb6\xc3\x83\xc2\x9f" "e'."),
+                 fileNote(readName, "text-not-ascii",
+                          "Variable gr\xc3\x83\xc2\xb6\xc3\x83\xc2\x9f" "e has the label "
+                          "'K\xc3\xb6rpergr\xc3\xb6\xc3\x9f" "e' in UTF-8; read byte by byte as Latin-1 it became "
+                          "'K\xc3\x83\xc2\xb6rpergr\xc3\x83\xc2\xb6"
+                          "\xc3\x83\xc2\x9f" "e'.")});
+}
+
+// The first variable, without decimals, cuts the shared set in place.
+TEST(SpssNotes, SharedSetCutByAnEarlierVariableIsNotedForTheLaterOneWithDecimals)
+{
+    const ReadStatFile f = savWith(
+        {readStatLabelSet("half", Type::Double, {numericLabel(1.5, "Half"), numericLabel(2, "Two"),
+                                                 numericLabel(2.25, "Quarter")})},
+        {readStatVariable("first", Type::Double, "F3.0", "", "half"),
+         readStatVariable("second", Type::Double, "F8.2", "", "half")});
+    const TReadNotes notes = notesOf(f);
+    expectNotes(notes,
+                {fileNote("first", "label-value-truncated",
+                          "Variable first has the label 'Half' for the value 1.5 in label set labels0; as the "
+                          "variable has no decimals, the reading cut the value to 1."),
+                 fileNote("first", "label-value-truncated",
+                          "Variable first has the label 'Quarter' for the value 2.25 in label set labels0; as the "
+                          "variable has no decimals, the reading cut the value to 2."),
+                 fileNote("second", "decimals-not-read",
+                          "Variable second has the format F8.2 with 2 decimals; the reading kept no number of "
+                          "decimals."),
+                 fileNote("labels0", "label-set-truncated",
+                          "Label set labels0 was cut to integers in place by the earlier variable first, which has no "
+                          "decimals; variable second, with 2 decimals, reads 1.5 as 1 and 2.25 as 2.")});
+}
+
+TEST(SpssNotes, SetReadByAVariableWithDecimalsOnlyGivesNoCutNotes)
+{
+    const ReadStatFile f = savWith({readStatLabelSet("half", Type::Double, {numericLabel(1.5, "Half")})},
+                                   {readStatVariable("second", Type::Double, "F8.2", "", "half"),
+                                    readStatVariable("third", Type::Double, "F8.2", "", "half")});
+    for (const TReadNote &note : notesOf(f))
+        EXPECT_EQ(note.getKind(), QStringLiteral("decimals-not-read")) << note.getText().toStdString();
+}
+
+TEST(SpssNotes, UserMissingValuesAndRangesAreListed)
+{
+    ReadStatFile::Variable age = readStatVariable("age", Type::Double, "F3.0");
+    age.missing << missingRange(90, std::numeric_limits<double>::infinity()) << missingRange(-9, -9);
+    ReadStatFile::Variable low = readStatVariable("low", Type::Double, "F3.0");
+    low.missing << missingRange(-std::numeric_limits<double>::infinity(), -1);
+    ReadStatFile::Variable code = readStatVariable("code", Type::String, "A2", "", "", 2);
+    code.missing << missingText("NA") << missingText("DK");
+    expectNotes(notesOf(savWith({}, {age, low, code})),
+                {fileNote("age", "user-missing-not-read",
+                          "Variable age declares the user-missing values 90 to HIGHEST and -9; the reading kept none "
+                          "of them."),
+                 fileNote("low", "user-missing-not-read",
+                          "Variable low declares the user-missing values LOWEST to -1; the reading kept none of "
+                          "them."),
+                 fileNote("code", "user-missing-not-read",
+                          "Variable code declares the user-missing values 'NA' and 'DK'; the reading kept none of "
+                          "them.")});
+}
+
+TEST(SpssNotes, NotesStartAfreshWithEveryOpenFile)
+{
+    const ReadStatFile f = savWith({}, {readStatVariable("wide", Type::Double, "F10.0")});
+    QTemporaryDir dir;
+    TSPSSDataImport importer(writeReadStatFile(dir, QStringLiteral("again.sav"), f));
+    importer.openFile();
+    importer.openFile();
+    ASSERT_EQ(importer.getReadNotes().size(), 1);
+    EXPECT_EQ(importer.getReadNotes().first().getKind(), QStringLiteral("width-first-digit"));
+}
+
+TEST(SpssNotes, SampleFileGivesOneNotePerLoss)
+{
+    const TReadNotes notes = notesOf(sampleSav(Container::Sav));
+    QStringList kinds;
+    for (const TReadNote &note : notes)
+        kinds << note.getSubject() + QLatin1Char(' ') + note.getKind();
+    EXPECT_EQ(kinds, QStringList({QStringLiteral("income decimals-not-read"),
+                                  QStringLiteral("wide width-first-digit"), QStringLiteral("wide decimals-not-read"),
+                                  QStringLiteral("amount width-not-read"), QStringLiteral("amount decimals-not-read"),
+                                  QStringLiteral("minus label-minus-one-dropped"),
+                                  QStringLiteral("minushalf label-minus-one-dropped"),
+                                  QStringLiteral("realminus decimals-not-read"),
+                                  QStringLiteral("realminus label-minus-one-dropped"),
+                                  QStringLiteral("comment width-first-digit")}));
+}
+
+// samples/census.sav: the name of person is A24, income and weight have decimals.
+TEST(SpssNotes, CensusSample)
+{
+    TSPSSDataImport importer(QStringLiteral(KX_SAMPLES_DIR "/census.sav"));
+    importer.openFile();
+    expectNotes(importer.getReadNotes(),
+                {fileNote("income", "decimals-not-read",
+                          "Variable income has the format F9.2 with 2 decimals; the reading kept no number of "
+                          "decimals."),
+                 fileNote("pweight", "decimals-not-read",
+                          "Variable pweight has the format F8.4 with 4 decimals; the reading kept no number of "
+                          "decimals."),
+                 fileNote("fullname", "width-first-digit",
+                          "Variable fullname has the format A24 of width 24; the reading kept its first digit, 2.")});
+}
+
+// --- notes from records a file cannot deliver ------------------------------
+
+TEST(SpssCallbackNotes, VariableNamingAnUndefinedSetIsNoted)
+{
+    TSPSSDataImport importer;
+    readstat_variable_t v = readStatRecord(READSTAT_TYPE_DOUBLE, "v", "F3.0");
+    handle_variable_spss(0, &v, "nosuch", &importer);
+    expectField(importer.getVariables().first(), {"v", "", 1, 3, "0", "999", ""});
+    expectNotes(importer.getReadNotes(),
+                {fileNote("v", "label-set-missing",
+                          "Variable v names the label set nosuch, of which the file holds no value labels; the field "
+                          "got none.")});
+}
+
+TEST(SpssCallbackNotes, LabelOfTheSystemMissingValueBecomesAnOrdinaryCode)
+{
+    TSPSSDataImport importer;
+    readstat_value_t sysmis = readStatDouble(std::numeric_limits<double>::quiet_NaN());
+    sysmis.is_system_missing = 1;
+    handle_value_label_spss("set", sysmis, "No answer", &importer);
+    readstat_variable_t v = readStatRecord(READSTAT_TYPE_DOUBLE, "v", "F3.0");
+    handle_variable_spss(0, &v, "set", &importer);
+    expectField(importer.getVariables().first(), {"v", "", 1, 3, "0", "0", "0 No answer\t"});
+    expectNotes(importer.getReadNotes(),
+                {fileNote("v", "missing-label-as-code",
+                          "Variable v has the label 'No answer' for the system-missing value in label set set; the "
+                          "reading kept it as the ordinary code 0.")});
+}
+
+TEST(SpssCallbackNotes, HugeLabelledNumberClampedToTheIntegerRangeIsNoted)
+{
+    TSPSSDataImport importer;
+    handle_value_label_spss("set", readStatDouble(1e12), "Big", &importer);
+    readstat_variable_t v = readStatRecord(READSTAT_TYPE_DOUBLE, "v", "F9.0");
+    handle_variable_spss(0, &v, "set", &importer);
+    expectNotes(importer.getReadNotes(),
+                {fileNote("v", "label-value-truncated",
+                          "Variable v has the label 'Big' for the value 1000000000000 in label set set; as the "
+                          "variable has no decimals, the reading cut the value to 2147483647.")});
 }
 
 // ReadStat 1.1.8 delivers SAV value labels only as doubles and strings, so an

@@ -6,8 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QFile>
+#include <QSysInfo>
 #include <QTemporaryDir>
+
+#include <random>
 
 using namespace kxtest;
 using Type = ReadStatFile::Type;
@@ -242,10 +246,12 @@ TEST_F(StataSample, SelectLayoutSourceWritesItsDebugLineAndListsTheNames)
     delete names;
 }
 
-TEST_F(StataSample, MetadataCallbackIsNotRegistered)
+// The file's metadata is now read (the exported metadata callback itself is
+// still not registered): the counts are those written.
+TEST_F(StataSample, RowAndVariableCountsAreTheFilesOwn)
 {
-    EXPECT_EQ(importer->getRowCount(), 0);
-    EXPECT_EQ(importer->getVariableCount(), 0);
+    EXPECT_EQ(importer->getRowCount(), 3);
+    EXPECT_EQ(importer->getVariableCount(), expectedFor(118).size());
 }
 
 // --- reading the file -----------------------------------------------------
@@ -387,6 +393,296 @@ TEST(StataCallbacks, MetadataCallbackCopiesRowAndVariableCounts)
     EXPECT_EQ(handle_metadata_stata(&metadata, &importer), 0);
     EXPECT_EQ(importer.getRowCount(), 1234);
     EXPECT_EQ(importer.getVariableCount(), 56);
+}
+
+// --- what the file says about itself -------------------------------------
+
+QDateTime localTime(int year, int month, int day, int hour, int minute)
+{
+    return QDateTime(QDate(year, month, day), QTime(hour, minute));
+}
+
+// ReadStat's writer writes the host's byte order.
+QString hostByteOrder()
+{
+    return QSysInfo::ByteOrder == QSysInfo::LittleEndian ? QStringLiteral("little-endian")
+                                                         : QStringLiteral("big-endian");
+}
+
+TEST(StataMetadata, FreshImporterKnowsNothingAboutTheFile)
+{
+    TSTATADataImport importer;
+    EXPECT_EQ(importer.getRowCount(), -1);
+    EXPECT_EQ(importer.getFileFormatVersion(), 0);
+    EXPECT_TRUE(importer.getFileEncoding().isEmpty());
+    EXPECT_TRUE(importer.getByteOrder().isEmpty());
+    EXPECT_FALSE(importer.getCreationTime().isValid());
+    EXPECT_TRUE(importer.getFileLabel().isEmpty());
+}
+
+class StataMetadataVersions : public ::testing::TestWithParam<int>
+{
+};
+
+// A DTA timestamp holds minutes, not seconds; ReadStat reports no encoding for DTA files.
+TEST_P(StataMetadataVersions, RowCountVersionByteOrderTimeAndLabelAreThoseWritten)
+{
+    ReadStatFile f = sampleDta(GetParam(), 5);
+    f.fileLabel = "Census 2023, persons";
+    f.timestamp = QDateTime(QDate(2021, 3, 4), QTime(5, 6, 7)).toSecsSinceEpoch();
+    QTemporaryDir dir;
+    TSTATADataImport importer(writeReadStatFile(dir, QStringLiteral("meta.dta"), f));
+    EXPECT_EQ(stdoutOfOpen(&importer), std::string());
+    EXPECT_EQ(importer.getRowCount(), 5);
+    EXPECT_EQ(importer.getVariableCount(), expectedFor(GetParam()).size());
+    EXPECT_EQ(importer.getFileFormatVersion(), GetParam());
+    EXPECT_TRUE(importer.getFileEncoding().isEmpty());
+    EXPECT_EQ(importer.getByteOrder(), hostByteOrder());
+    EXPECT_EQ(importer.getCreationTime(), localTime(2021, 3, 4, 5, 6));
+    EXPECT_EQ(importer.getFileLabel(), QStringLiteral("Census 2023, persons"));
+    const QList<ExpectedField> expected = expectedFor(GetParam());
+    ASSERT_EQ(importer.getFieldCount(), expected.size());
+    for (int i = 0; i < expected.size(); ++i)
+        expectField(importer.getField(i), expected.at(i));
+}
+
+INSTANTIATE_TEST_SUITE_P(Dta, StataMetadataVersions, ::testing::Values(114, 117, 118),
+                         [](const ::testing::TestParamInfo<int> &info) {
+                             return "Version" + std::to_string(info.param);
+                         });
+
+TEST(StataMetadata, UnreadableFileSaysNothing)
+{
+    QTemporaryDir dir;
+    TSTATADataImport importer(dir.filePath(QStringLiteral("absent.dta")));
+    stdoutOfOpen(&importer);
+    EXPECT_EQ(importer.getRowCount(), -1);
+    EXPECT_EQ(importer.getFileFormatVersion(), 0);
+    EXPECT_TRUE(importer.getByteOrder().isEmpty());
+    EXPECT_FALSE(importer.getCreationTime().isValid());
+}
+
+// samples/census.dta: format 118, 12 rows of 16 variables, timestamp "21 Nov 2026 09:13".
+TEST(StataMetadata, CensusSample)
+{
+    TSTATADataImport importer(QStringLiteral(KX_SAMPLES_DIR "/census.dta"));
+    importer.openFile();
+    EXPECT_EQ(importer.getFieldCount(), 16);
+    EXPECT_EQ(importer.getRowCount(), 12);
+    EXPECT_EQ(importer.getVariableCount(), 16);
+    EXPECT_EQ(importer.getFileFormatVersion(), 118);
+    EXPECT_TRUE(importer.getFileEncoding().isEmpty());
+    EXPECT_EQ(importer.getByteOrder(), QStringLiteral("little-endian"));
+    EXPECT_EQ(importer.getCreationTime(), localTime(2026, 11, 21, 9, 13));
+    EXPECT_TRUE(importer.getFileLabel().isEmpty());
+}
+
+// --- parse errors in words ------------------------------------------------
+
+TEST(StataParseError, NothingParsedYetAndAReadFileGiveZeroAndNoText)
+{
+    TSTATADataImport fresh;
+    EXPECT_EQ(fresh.getParseError(), 0);
+    EXPECT_TRUE(fresh.getParseErrorText().isEmpty());
+
+    QTemporaryDir dir;
+    TSTATADataImport importer(writeReadStatFile(dir, QStringLiteral("ok.dta"), sampleDta(118)));
+    importer.openFile();
+    EXPECT_EQ(importer.getParseError(), 0);
+    EXPECT_TRUE(importer.getParseErrorText().isEmpty());
+}
+
+// A DTA file starts with "<stata_dta>" or its format version (104 to 119) as one byte.
+TEST(StataParseError, RandomBytesGiveTheUnsupportedVersionErrorInWordsBesideTheErrorLine)
+{
+    std::mt19937 random(20261121);
+    QByteArray bytes;
+    for (int i = 0; i < 4096; ++i)
+        bytes.append(static_cast<char>(random() & 0xff));
+    const unsigned char first = static_cast<unsigned char>(bytes.at(0));
+    ASSERT_TRUE(first != '<' && (first < 104 || first > 119)) << int(first);
+
+    QTemporaryDir dir;
+    const QString path = writeFile(dir, QStringLiteral("random.bin"), bytes);
+    TSTATADataImport importer(path);
+    EXPECT_EQ(stdoutOfOpen(&importer), "Error processing " + QFile::encodeName(path).toStdString() + ": 24\n");
+    EXPECT_EQ(importer.getFieldCount(), 0);
+    EXPECT_EQ(importer.getParseError(), READSTAT_ERROR_UNSUPPORTED_FILE_FORMAT_VERSION);
+    EXPECT_EQ(importer.getParseErrorText(), QStringLiteral("This version of the file format is not supported"));
+}
+
+TEST(StataParseError, FailureAfterTheVariablesIsKeptWithTheFields)
+{
+    QTemporaryDir dir;
+    const QByteArray whole = readStatBytes(sampleDta(118, 1000));
+    const QString path = writeFile(dir, QStringLiteral("cutdata.dta"), whole.left(whole.size() - 10000));
+    TSTATADataImport importer(path);
+    stdoutOfOpen(&importer);
+    EXPECT_EQ(importer.getFieldCount(), expectedFor(118).size());
+    EXPECT_NE(importer.getParseError(), 0);
+    EXPECT_EQ(importer.getParseErrorText(),
+              QString::fromUtf8(readstat_error_message(static_cast<readstat_error_t>(importer.getParseError()))));
+    EXPECT_FALSE(importer.getParseErrorText().isEmpty());
+}
+
+// --- reading notes --------------------------------------------------------
+
+TReadNotes notesOf(const ReadStatFile &f)
+{
+    QTemporaryDir dir;
+    QString error;
+    const QString path = writeReadStatFile(dir, QStringLiteral("notes.dta"), f, &error);
+    EXPECT_FALSE(path.isEmpty()) << error.toStdString();
+    TSTATADataImport importer(path);
+    EXPECT_EQ(stdoutOfOpen(&importer), std::string());
+    return importer.getReadNotes();
+}
+
+ReadStatFile dtaWith(const QList<ReadStatFile::LabelSet> &sets, const QList<ReadStatFile::Variable> &variables)
+{
+    ReadStatFile f;
+    f.container = ReadStatFile::Container::Dta;
+    f.dtaVersion = 118;
+    f.labelSets = sets;
+    f.variables = variables;
+    f.rows = 2;
+    return f;
+}
+
+TEST(StataNotes, FileCarriedOverWholeGivesNoNotes)
+{
+    const ReadStatFile f =
+        dtaWith({readStatLabelSet("sexl", Type::Int32, {numericLabel(1, "Male"), numericLabel(2, "Female")})},
+                {readStatVariable("sex", Type::Int8, "%8.0g", "Sex", "sexl"),
+                 readStatVariable("weight", Type::Float, "%9.0g", "Weight"),
+                 readStatVariable("code", Type::String, "%5s", "Code", "", 4)});
+    expectNotes(notesOf(f), {});
+}
+
+TEST(StataNotes, LabelOfMinusOneIsLeftOut)
+{
+    const ReadStatFile f =
+        dtaWith({readStatLabelSet("minus", Type::Int32, {numericLabel(-1, "Minus"), numericLabel(3, "Three")})},
+                {readStatVariable("count", Type::Int32, "%12.0g", "", "minus")});
+    expectNotes(notesOf(f), {fileNote("count", "label-minus-one-dropped",
+                                      "Variable count has the label 'Minus' for the value -1 in label set minus; the "
+                                      "reading left it out of the value labels.")});
+}
+
+// ReadStat hands out UTF-8; the importer reads labels as Latin-1 and names as ASCII.
+TEST(StataNotes, NameLabelAndValueLabelsOutsideAsciiAreReadByteByByte)
+{
+    const ReadStatFile f =
+        dtaWith({readStatLabelSet("jn", Type::Int32, {numericLabel(1, "S\xc3\xad"), numericLabel(2, "No")})},
+                {readStatVariable("gr\xc3\xb6\xc3\x9f" "e", Type::Int8, "%8.0g", "K\xc3\xb6rpergr\xc3\xb6\xc3\x9f" "e"),
+                 readStatVariable("agree", Type::Int8, "%8.0g", "", "jn"),
+                 readStatVariable("again", Type::Int8, "%8.0g", "", "jn")});
+    const char *readName = "gr\xc3\x83\xc2\xb6\xc3\x83\xc2\x9f" "e";
+    expectNotes(notesOf(f),
+                {fileNote(readName, "text-not-ascii",
+                          "The variable name 'gr\xc3\xb6\xc3\x9f" "e' is UTF-8 in the file; read byte by byte as "
+                          "Latin-1 it became 'gr\xc3\x83\xc2\xb6\xc3\x83\xc2\x9f" "e'."),
+                 fileNote(readName, "text-not-ascii",
+                          "Variable gr\xc3\x83\xc2\xb6\xc3\x83\xc2\x9f" "e has the label "
+                          "'K\xc3\xb6rpergr\xc3\xb6\xc3\x9f" "e' in UTF-8; read byte by byte as Latin-1 it became "
+                          "'K\xc3\x83\xc2\xb6rpergr\xc3\x83\xc2\xb6"
+                          "\xc3\x83\xc2\x9f" "e'."),
+                 // Once for the set, not once for each variable naming it.
+                 fileNote("jn", "text-not-ascii",
+                          "Label set jn has the label 'S\xc3\xad' in UTF-8 for the value 1; read byte by byte as "
+                          "Latin-1 it became 'S\xc3\x83\xc2\xad'.")});
+}
+
+// An empty label set is written as a table without labels: ReadStat delivers none.
+TEST(StataNotes, VariableNamingASetWithoutLabelsIsNoted)
+{
+    const ReadStatFile f = dtaWith({readStatLabelSet("empty", Type::Int32, {})},
+                                   {readStatVariable("v", Type::Int8, "%8.0g", "", "empty")});
+    expectNotes(notesOf(f), {fileNote("v", "label-set-missing",
+                                      "Variable v names the label set empty, of which the file holds no value labels; "
+                                      "the field got none.")});
+}
+
+TEST(StataNotes, LabelSetThatNoVariableNamesIsNoted)
+{
+    const ReadStatFile f =
+        dtaWith({readStatLabelSet("unused", Type::Int32, {numericLabel(7, "Seven")}),
+                 readStatLabelSet("more", Type::Int32, {numericLabel(1, "One"), numericLabel(2, "Two")})},
+                {readStatVariable("v", Type::Int8, "%8.0g")});
+    expectNotes(notesOf(f),
+                {fileNote("more", "label-set-unused",
+                          "Label set more holds 2 value labels, but no variable names it, so no field got its labels."),
+                 fileNote("unused", "label-set-unused",
+                          "Label set unused holds 1 value label, but no variable names it, so no field got its "
+                          "labels.")});
+}
+
+// Stata's .a is stored as 2147483622 in a label table.
+TEST(StataNotes, LabelOfAMissingValueBecomesAnOrdinaryCode)
+{
+    const ReadStatFile f =
+        dtaWith({readStatLabelSet("yn", Type::Int32, {numericLabel(1, "Yes"), taggedLabel('a', "Refused")})},
+                {readStatVariable("q", Type::Int8, "%8.0g", "", "yn")});
+    QTemporaryDir dir;
+    TSTATADataImport importer(writeReadStatFile(dir, QStringLiteral("tagged.dta"), f));
+    importer.openFile();
+    expectField(importer.getField(0), {"q", "", 1, 1, "1", "2.14748e+09", "1 Yes\t2147483622 Refused\t"});
+    expectNotes(importer.getReadNotes(),
+                {fileNote("q", "missing-label-as-code",
+                          "Variable q has the label 'Refused' for the missing value .a in label set yn; the reading "
+                          "kept it as the ordinary code 2147483622.")});
+}
+
+TEST(StataNotes, DecimalsOfTheFormatAreNotKept)
+{
+    const ReadStatFile f = dtaWith({}, {readStatVariable("income", Type::Double, "%10.2f", "Income")});
+    expectNotes(notesOf(f), {fileNote("income", "decimals-not-read",
+                                      "Variable income has the format %10.2f with 2 decimals; the reading kept no "
+                                      "number of decimals.")});
+}
+
+TEST_F(StataSample, NotesNameEachLoss)
+{
+    expectNotes(importer->getReadNotes(),
+                {fileNote("weight", "decimals-not-read",
+                          "Variable weight has the format %10.2f with 2 decimals; the reading kept no number of "
+                          "decimals."),
+                 fileNote("count", "label-minus-one-dropped",
+                          "Variable count has the label 'Minus' for the value -1 in label set minus; the reading left "
+                          "it out of the value labels."),
+                 fileNote("unused", "label-set-unused",
+                          "Label set unused holds 1 value label, but no variable names it, so no field got its "
+                          "labels.")});
+    // A second open starts the notes afresh.
+    importer->openFile();
+    EXPECT_EQ(importer->getReadNotes().size(), 3);
+}
+
+// samples/census.dta: only income has decimals in its format.
+TEST(StataNotes, CensusSample)
+{
+    TSTATADataImport importer(QStringLiteral(KX_SAMPLES_DIR "/census.dta"));
+    importer.openFile();
+    expectNotes(importer.getReadNotes(),
+                {fileNote("income", "decimals-not-read",
+                          "Variable income has the format %10.2f with 2 decimals; the reading kept no number of "
+                          "decimals.")});
+}
+
+// --- notes from records a file cannot deliver ------------------------------
+
+// ReadStat reports user-missing values for SAV files only; the rule is shared.
+TEST(StataCallbackNotes, UserMissingValuesOfTheRecordAreListed)
+{
+    TSTATADataImport importer;
+    readstat_variable_t v = readStatRecord(READSTAT_TYPE_INT16, "v", "%8.0g", "", 2);
+    v.missingness.missing_ranges_count = 1;
+    v.missingness.missing_ranges[0] = readStatDouble(97);
+    v.missingness.missing_ranges[1] = readStatDouble(99);
+    handle_variable_stata(0, &v, nullptr, &importer);
+    expectNotes(importer.getReadNotes(),
+                {fileNote("v", "user-missing-not-read",
+                          "Variable v declares the user-missing values 97 to 99; the reading kept none of them.")});
 }
 
 // ReadStat 1.1.8 delivers DTA value labels only as 32-bit integers, so an

@@ -17,9 +17,48 @@ using kxtest::writeFile;
 
 namespace {
 
-#define SKIP_READ_ONLY_AS_ROOT()                                                                                 \
-    if (geteuid() == 0)                                                                                          \
-    GTEST_SKIP() << "running as root: every file is writable, so the read-only status cannot be produced here"
+// Root may write any file, so the read-only status is checked as an ordinary
+// user would meet it: under root the real and effective user become an
+// unprivileged id for the scope (root stays the saved id and is taken back at
+// the end), and the test folder is opened to that user.
+class AsOrdinaryUser
+{
+public:
+    static constexpr uid_t OrdinaryId = 65534; // "nobody"
+
+    AsOrdinaryUser(const QTemporaryDir &dir, const QString &file)
+    {
+        if (getuid() != 0 && geteuid() != 0) {
+            ready = true;
+            return;
+        }
+        // The group too: the process keeps root's group, whose bits then apply.
+        QFile::setPermissions(dir.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner
+                                              | QFileDevice::ReadGroup | QFileDevice::ExeGroup
+                                              | QFileDevice::ReadOther | QFileDevice::ExeOther);
+        dropped = setresuid(OrdinaryId, OrdinaryId, 0) == 0;
+        // The file must be visible to that user, or the status would be 2 or 3.
+        ready = dropped && QFileInfo::exists(file);
+    }
+    ~AsOrdinaryUser()
+    {
+        if (dropped && setresuid(0, 0, 0) != 0)
+            ADD_FAILURE() << "could not take the root user back";
+    }
+    AsOrdinaryUser(const AsOrdinaryUser &) = delete;
+    AsOrdinaryUser &operator=(const AsOrdinaryUser &) = delete;
+
+    bool isReady() const { return ready; }
+
+private:
+    bool dropped = false;
+    bool ready = false;
+};
+
+#define AS_ORDINARY_USER(dir, file)                                                                              \
+    AsOrdinaryUser ordinaryUser(dir, file);                                                                      \
+    if (!ordinaryUser.isReady())                                                                                 \
+    GTEST_SKIP() << "cannot run as an unprivileged user here, and root may write every file"
 
 QString makeReadOnly(const QTemporaryDir &dir, const QString &name)
 {
@@ -60,9 +99,10 @@ TEST(UtilFilesStatus, ExistingWritableFileIsReady0)
 
 TEST(UtilFilesStatus, ReadOnlyFileIs4)
 {
-    SKIP_READ_ONLY_AS_ROOT();
     QTemporaryDir dir;
-    EXPECT_EQ(UtilFiles::GetFileStatus(makeReadOnly(dir, QStringLiteral("ro.dat"))), 4);
+    const QString path = makeReadOnly(dir, QStringLiteral("ro.dat"));
+    AS_ORDINARY_USER(dir, path);
+    EXPECT_EQ(UtilFiles::GetFileStatus(path), 4);
 }
 
 TEST(UtilFilesStatus, SaveStatusFoldsNewFileInto0AndIgnoresSecondArgument)
@@ -76,9 +116,10 @@ TEST(UtilFilesStatus, SaveStatusFoldsNewFileInto0AndIgnoresSecondArgument)
 
 TEST(UtilFilesStatus, SaveStatusOfReadOnlyFileIs4)
 {
-    SKIP_READ_ONLY_AS_ROOT();
     QTemporaryDir dir;
-    EXPECT_EQ(UtilFiles::GetFileSaveStatus(makeReadOnly(dir, QStringLiteral("ro.dat")), QString()), 4);
+    const QString path = makeReadOnly(dir, QStringLiteral("ro.dat"));
+    AS_ORDINARY_USER(dir, path);
+    EXPECT_EQ(UtilFiles::GetFileSaveStatus(path, QString()), 4);
 }
 
 TEST(UtilFilesStatus, CheckFileStatusEqualsGetFileStatus)
@@ -106,9 +147,10 @@ TEST(UtilFilesStatus, CheckFileSaveIsFalseWithoutNameOrFolder)
 
 TEST(UtilFilesStatus, CheckFileSaveIsFalseForReadOnlyFile)
 {
-    SKIP_READ_ONLY_AS_ROOT();
     QTemporaryDir dir;
-    EXPECT_FALSE(UtilFiles::CheckFileSave(makeReadOnly(dir, QStringLiteral("ro.dat")), QString()));
+    const QString path = makeReadOnly(dir, QStringLiteral("ro.dat"));
+    AS_ORDINARY_USER(dir, path);
+    EXPECT_FALSE(UtilFiles::CheckFileSave(path, QString()));
 }
 
 // ---- Existence, folders and sizes ----------------------------------------
@@ -138,6 +180,7 @@ TEST(UtilFiles, DirExistsOnlyForFolders)
     EXPECT_TRUE(UtilFiles::DirExists(dir.path()));
     EXPECT_FALSE(UtilFiles::DirExists(writeFile(dir, QStringLiteral("a.dat"), "a")));
     EXPECT_FALSE(UtilFiles::DirExists(dir.filePath(QStringLiteral("none"))));
+    EXPECT_FALSE(UtilFiles::DirExists(QString()));
 }
 
 TEST(UtilFiles, SizeLimitZeroIsNotReachedBy1023BytesButBy1024)
@@ -163,6 +206,9 @@ TEST(UtilFiles, MissingFileHasSizeZero)
     const QString missing = dir.filePath(QStringLiteral("none"));
     EXPECT_FALSE(UtilFiles::FileSizeReachedInKB(missing, 0));
     EXPECT_TRUE(UtilFiles::FileSizeReachedInKB(missing, -1));
+    // An empty path names no file: size 0 as well.
+    EXPECT_FALSE(UtilFiles::FileSizeReachedInKB(QString(), 0));
+    EXPECT_TRUE(UtilFiles::FileSizeReachedInKB(QString(), -1));
 }
 
 TEST(UtilFiles, EntityFilePathDropsTheSecondToLastFolder)
@@ -170,6 +216,12 @@ TEST(UtilFiles, EntityFilePathDropsTheSecondToLastFolder)
     EXPECT_EQ(UtilFiles::getDataBaseEntityFilePath(QStringLiteral("/d1/d2/d3/F")), QStringLiteral("/d1/d3/F"));
     EXPECT_EQ(UtilFiles::getDataBaseEntityFilePath(QStringLiteral("/base/db/entities/person.kxdb")),
               QStringLiteral("/base/entities/person.kxdb"));
+}
+
+TEST(UtilFiles, EntityFilePathOfAFolderJustBelowTheRootHasNoFolderToDrop)
+{
+    // A = /d1: T = /d1, H is empty, so G is empty too and the result is T/F.
+    EXPECT_EQ(UtilFiles::getDataBaseEntityFilePath(QStringLiteral("/d1/F")), QStringLiteral("/d1/F"));
 }
 
 TEST(UtilFiles, EntityFilePathDoesNotDependOnExistence)
@@ -248,6 +300,14 @@ TEST(UtilStringsPath, PathThatFitsIsReturnedUnchanged)
 {
     const QString path = QStringLiteral("D:\\a\\b\\c\\f.dat");
     EXPECT_EQ(UtilStrings::getBetterPathString(path, 10000, 10), QDir::toNativeSeparators(path));
+}
+
+TEST(UtilStringsPath, PathThatFitsIsReturnedUnchangedWhateverTheFontSize)
+{
+    // A font size of 0 is no point size; a path far narrower than the width
+    // still fits and comes back whole.
+    const QString path = QStringLiteral("D:\\a\\f.dat");
+    EXPECT_EQ(UtilStrings::getBetterPathString(path, 100000, 0), QDir::toNativeSeparators(path));
 }
 
 TEST(UtilStringsPath, FormWiderThanTheWholePathIsPassedOver)

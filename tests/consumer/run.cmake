@@ -1,5 +1,8 @@
 # Installs the built library into a scratch prefix, builds the consumer
-# against it and runs it. Arguments: BUILD_DIR, SOURCE_DIR, WORK_DIR, EXTRA_FLAGS.
+# against it and runs it; then runs the installed inspector's --version with
+# an empty LD_LIBRARY_PATH, so only its run path can find the library.
+# Arguments: BUILD_DIR, SOURCE_DIR, WORK_DIR, EXTRA_FLAGS, INSPECTOR (1 when
+# the tools are built), VERSION (the project's version).
 file(REMOVE_RECURSE "${WORK_DIR}")
 execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${WORK_DIR}/prefix"
                 RESULT_VARIABLE rc OUTPUT_QUIET)
@@ -19,4 +22,22 @@ endif()
 execute_process(COMMAND "${WORK_DIR}/build/kx_consumer" RESULT_VARIABLE rc OUTPUT_VARIABLE out)
 if(rc OR NOT out MATCHES "System Error. Format not registered")
   message(FATAL_ERROR "consumer run failed (${rc}): ${out}")
+endif()
+
+if(INSPECTOR)
+  set(inspect "${WORK_DIR}/prefix/bin/keladmin-inspect")
+  # Starting at all: a missing library would end it with status 127.
+  execute_process(COMMAND "${CMAKE_COMMAND}" -E env LD_LIBRARY_PATH= "${inspect}" --help
+                  RESULT_VARIABLE rc OUTPUT_QUIET ERROR_VARIABLE err)
+  if(NOT rc EQUAL 0)
+    message(FATAL_ERROR "installed keladmin-inspect --help: exit ${rc}, expected 0: ${err}")
+  endif()
+  execute_process(COMMAND "${CMAKE_COMMAND}" -E env LD_LIBRARY_PATH= "${inspect}" --version
+                  RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  string(REGEX REPLACE "\n$" "" line "${out}")
+  string(FIND "${line}" "${VERSION}" at)
+  if(NOT rc EQUAL 0 OR line MATCHES "\n" OR at EQUAL -1)
+    message(FATAL_ERROR "installed keladmin-inspect --version: exit ${rc}, expected 0 and one line "
+                        "with ${VERSION}; stdout: '${out}' stderr: '${err}'")
+  endif()
 endif()

@@ -1,0 +1,34 @@
+# The "docs" target: the API reference of the public headers, with the
+# library guide (docs/mainpage.md) as its main page, in BUILD/docs/html.
+# Any Doxygen warning (an undocumented public class, function or member, a
+# broken reference) fails the target unless KX_DOCS_WARN_AS_ERROR is OFF.
+find_package(Doxygen QUIET)
+option(KX_DOCS_WARN_AS_ERROR "Fail the docs target on any Doxygen warning" ON)
+if(NOT DOXYGEN_FOUND)
+  return()
+endif()
+
+set(KX_DOCS_OUTPUT "${PROJECT_BINARY_DIR}/docs")
+file(GLOB KX_DOCS_HEADERS CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/model_KelAdmin/*.h")
+list(FILTER KX_DOCS_HEADERS EXCLUDE REGEX "_p\\.h$")
+set(KX_DOCS_PAGES "${PROJECT_SOURCE_DIR}/docs/mainpage.md" "${PROJECT_SOURCE_DIR}/docs/embedding.md")
+set(KX_DOCS_SOURCES ${KX_DOCS_HEADERS} "${PROJECT_BINARY_DIR}/model_KelAdmin/model_KelAdmin_version.h"
+  ${KX_DOCS_PAGES})
+list(JOIN KX_DOCS_SOURCES " " KX_DOCS_INPUT)
+if(KX_DOCS_WARN_AS_ERROR)
+  set(KX_DOCS_WARN_AS_ERROR FAIL_ON_WARNINGS)
+else()
+  set(KX_DOCS_WARN_AS_ERROR NO)
+endif()
+configure_file("${PROJECT_SOURCE_DIR}/docs/Doxyfile.in" "${KX_DOCS_OUTPUT}/Doxyfile" @ONLY)
+
+# WARN_LOGFILE keeps the warnings out of the console; print them so that a
+# failing run says why.
+add_custom_target(docs
+  COMMAND "${CMAKE_COMMAND}" -E remove -f "${KX_DOCS_OUTPUT}/warnings.log"
+  COMMAND "${CMAKE_COMMAND}" -DDOXYGEN=${DOXYGEN_EXECUTABLE} "-DDOXYFILE=${KX_DOCS_OUTPUT}/Doxyfile"
+          "-DLOG=${KX_DOCS_OUTPUT}/warnings.log" -P "${PROJECT_SOURCE_DIR}/cmake/KxRunDoxygen.cmake"
+  DEPENDS ${KX_DOCS_SOURCES} "${KX_DOCS_OUTPUT}/Doxyfile"
+  WORKING_DIRECTORY "${KX_DOCS_OUTPUT}"
+  COMMENT "API reference: ${KX_DOCS_OUTPUT}/html/index.html"
+  VERBATIM)

@@ -1,0 +1,17 @@
+# Runs Doxygen, prints the warnings it logged and fails when there are any.
+# Arguments: DOXYGEN, DOXYFILE, LOG.
+execute_process(COMMAND "${DOXYGEN}" "${DOXYFILE}" RESULT_VARIABLE rc)
+set(warnings "")
+if(EXISTS "${LOG}")
+  file(READ "${LOG}" warnings)
+endif()
+string(STRIP "${warnings}" warnings)
+if(warnings)
+  message("${warnings}")
+  string(REGEX MATCHALL "\n" lines "\n${warnings}")
+  list(LENGTH lines count)
+  message("Doxygen: ${count} warning lines")
+endif()
+if(rc)
+  message(FATAL_ERROR "Doxygen failed (${rc})")
+endif()

@@ -1,0 +1,99 @@
+#ifndef READNOTE_H
+#define READNOTE_H
+
+#include "model_kelAdmin_export.h"
+
+#include <QList>
+#include <QString>
+
+/*! \brief Stable identifiers of the reading notes' kinds.
+ *
+ * Scripts rely on these texts: a kind is never renamed once released.
+ */
+namespace TReadNoteKind {
+//! CSPro text: a command's value came from another line, or its own line was ignored.
+constexpr const char KeyFromOtherLine[] = "key-from-other-line";
+//! CSPro: a special value ("MISSING", "NOTAPPL", ...) did not become a missing or not-applicable code.
+constexpr const char SpecialNotRead[] = "special-not-read";
+//! CSPro text: a value set was read and not attached to its item.
+constexpr const char ValueSetDropped[] = "value-set-dropped";
+//! CSPro text: decimal codes were turned into "0" by the answer to the decimal prompt.
+constexpr const char ValueCodesChanged[] = "value-codes-changed";
+//! CSPro: a linked value set has no values of its own while an earlier set with its link has.
+constexpr const char LinkedValueSetEmpty[] = "linked-value-set-empty";
+//! CSPro text: only one occurrence copy of the dictionary's first item receives its value set.
+constexpr const char OccurrenceValueSet[] = "occurrence-value-set";
+//! CSPro text: a line held bytes that could not be decoded.
+constexpr const char UndecodableText[] = "undecodable-text";
+//! CSPro JSON: an item's "decimals" are not read. SPSS and Stata: the decimals of a
+//! numeric variable's format (F8.2, %10.2f) are not kept.
+constexpr const char DecimalsNotRead[] = "decimals-not-read";
+//! CSPro JSON: a subitem is read as an item of its own.
+constexpr const char SubitemReadAsItem[] = "subitem-read-as-item";
+//! CSPro JSON: a range is stored as one code "low:high".
+constexpr const char RangeCode[] = "range-code";
+//! CSPro JSON: occurrence labels are not read.
+constexpr const char OccurrenceLabelsNotRead[] = "occurrence-labels-not-read";
+//! CSPro: a bound against hostile input clipped occurrences, items or value-set copies.
+constexpr const char LimitReached[] = "limit-reached";
+//! SPSS: a format width of two or more digits was read as its first digit.
+constexpr const char WidthFirstDigit[] = "width-first-digit";
+//! SPSS: a format whose second character is no digit (COMMA9.2, DATE11) gave the width 0.
+constexpr const char WidthNotRead[] = "width-not-read";
+//! SPSS and Stata: a value label of the value -1 was left out.
+constexpr const char LabelMinusOneDropped[] = "label-minus-one-dropped";
+//! SPSS: a labelled value was cut to an integer for a variable without decimals.
+constexpr const char LabelValueTruncated[] = "label-value-truncated";
+//! SPSS and Stata: the label of a missing value (Stata's .a to .z, system missing) became an ordinary code.
+constexpr const char MissingLabelAsCode[] = "missing-label-as-code";
+//! SPSS and Stata: a name or label outside ASCII was read as ASCII or Latin-1.
+constexpr const char TextNotAscii[] = "text-not-ascii";
+//! SPSS: a shared label set was cut to integers by an earlier variable.
+constexpr const char LabelSetTruncated[] = "label-set-truncated";
+//! SPSS and Stata: the variable's user-missing values are not carried.
+constexpr const char UserMissingNotRead[] = "user-missing-not-read";
+//! SPSS and Stata: the variable names a label set the file does not define.
+constexpr const char LabelSetMissing[] = "label-set-missing";
+//! SPSS and Stata: a label set that no variable names.
+constexpr const char LabelSetUnused[] = "label-set-unused";
+} // namespace TReadNoteKind
+
+/*! \brief One reading note: a place where a reader dropped, shortened or
+ * reinterpreted what the file says.
+ *
+ * Notes never change what is read; they tell the caller what the reading
+ * kept instead of what the file says.
+ */
+class MODEL_KELADMIN_EXPORT TReadNote
+{
+public:
+    TReadNote();
+    TReadNote(int line, const QString &subject, const QString &kind, const QString &text);
+
+    //! 1-based line of the file the note arises from; 0 where lines mean nothing (SPSS, Stata).
+    int getLine() const { return line; }
+    void setLine(int v) { line = v; }
+    //! The item, variable, value set or record the note concerns.
+    QString getSubject() const { return subject; }
+    void setSubject(const QString &v) { subject = v; }
+    //! One of the TReadNoteKind texts.
+    QString getKind() const { return kind; }
+    void setKind(const QString &v) { kind = v; }
+    //! One English sentence: what the file says and what the reading kept instead.
+    QString getText() const { return text; }
+    void setText(const QString &v) { text = v; }
+
+    bool operator==(const TReadNote &other) const;
+    bool operator!=(const TReadNote &other) const { return !(*this == other); }
+
+private:
+    int line = 0;
+    QString subject;
+    QString kind;
+    QString text;
+};
+
+//! The notes of one reading, in the order they arose.
+using TReadNotes = QList<TReadNote>;
+
+#endif // READNOTE_H

@@ -1,0 +1,19 @@
+#ifndef KXINSPECT_FORMATDETECTION_H
+#define KXINSPECT_FORMATDETECTION_H
+
+#include <QByteArray>
+#include <QString>
+
+namespace kxinspect {
+
+//! Checks that \a path names a readable regular file; the problem otherwise, else an empty text.
+QString checkInputFile(const QString &path);
+//! The format told by a file's first bytes ("cspro", "cspro8", "spss", "stata"), or an empty text.
+QString detectFormat(const QByteArray &head);
+/*! Reads the first bytes of \a path and sets \a format to what they tell;
+ * returns the problem when the file is empty, unreadable or not recognised. */
+QString detectFileFormat(const QString &path, QString *format);
+
+} // namespace kxinspect
+
+#endif // KXINSPECT_FORMATDETECTION_H

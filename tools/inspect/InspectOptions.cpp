@@ -1,0 +1,224 @@
+#include "InspectOptions.h"
+
+#include "TextOutput.h"
+
+#include <QFileInfo>
+
+namespace kxinspect {
+
+namespace {
+
+//! Which options were given, for the checks of their combination.
+struct GivenOptions
+{
+    bool format = false;
+    bool decimal = false;
+    bool separator = false;
+    bool maxMessages = false;
+};
+
+//! Walks the arguments; an option's value is the argument after it.
+class ArgumentReader
+{
+public:
+    explicit ArgumentReader(const QStringList &args)
+        : args(args)
+    {
+    }
+    bool atEnd() const { return index >= args.size(); }
+    QString next() { return args.at(index++); }
+    //! Takes the next argument as a value; false when there is none.
+    bool takeValue(QString *out)
+    {
+        if (atEnd())
+            return false;
+        *out = next();
+        return true;
+    }
+
+private:
+    const QStringList &args;
+    int index = 0;
+};
+
+QString setFile(InspectOptions &o, const QString &file)
+{
+    if (!o.file.isEmpty())
+        return QStringLiteral("only one file can be inspected");
+    o.file = file;
+    return QString();
+}
+
+QString readFormat(ArgumentReader &reader, InspectOptions &o)
+{
+    if (!reader.takeValue(&o.format))
+        return QStringLiteral("--format needs a value");
+    if (!QStringList{"cspro", "cspro8", "spss", "stata"}.contains(o.format))
+        return QStringLiteral("unknown format '%1' (cspro, cspro8, spss or stata)").arg(printable(o.format));
+    return QString();
+}
+
+QString readDecimal(ArgumentReader &reader, InspectOptions &o)
+{
+    if (!reader.takeValue(&o.decimal))
+        return QStringLiteral("--decimal needs a value");
+    if (!QStringList{"ask", "yes-to-all", "no-to-all"}.contains(o.decimal))
+        return QStringLiteral("unknown decimal answer '%1' (ask, yes-to-all or no-to-all)").arg(printable(o.decimal));
+    return QString();
+}
+
+QString readLookup(ArgumentReader &reader, InspectOptions &o)
+{
+    if (!o.file.isEmpty() || o.lookup)
+        return QStringLiteral("only one file can be inspected");
+    if (!reader.takeValue(&o.file))
+        return QStringLiteral("--lookup needs a file");
+    o.lookup = true;
+    return QString();
+}
+
+QString readHtml(ArgumentReader &reader, InspectOptions &o)
+{
+    if (!reader.takeValue(&o.html) || o.html.isEmpty())
+        return QStringLiteral("--html needs a file");
+    return QString();
+}
+
+QString readSeparator(ArgumentReader &reader, InspectOptions &o)
+{
+    if (!reader.takeValue(&o.separator))
+        return QStringLiteral("--separator needs a value");
+    if (!QStringList{"tab", "comma", "semicolon", "colon", "blank"}.contains(o.separator))
+        return QStringLiteral("unknown separator '%1' (tab, comma, semicolon, colon or blank)")
+            .arg(printable(o.separator));
+    return QString();
+}
+
+QString readMaxMessages(ArgumentReader &reader, InspectOptions &o)
+{
+    QString n;
+    if (!reader.takeValue(&n))
+        return QStringLiteral("--max-messages needs a number");
+    bool ok = false;
+    const qlonglong v = n.toLongLong(&ok);
+    if (!ok || v < 0)
+        return QStringLiteral("--max-messages needs a number of 0 or more, not '%1'").arg(printable(n));
+    o.maxMessages = static_cast<int>(qMin<qlonglong>(v, 1000000000));
+    return QString();
+}
+
+//! Everything after "--" is a file name, even when it starts with a dash.
+QString readFilesAfterDashDash(ArgumentReader &reader, InspectOptions &o)
+{
+    while (!reader.atEnd()) {
+        const QString problem = setFile(o, reader.next());
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return QString();
+}
+
+bool readSwitch(const QString &a, InspectOptions &o)
+{
+    if (a == QLatin1String("--help") || a == QLatin1String("-h"))
+        o.help = true;
+    else if (a == QLatin1String("--version"))
+        o.version = true;
+    else if (a == QLatin1String("--json"))
+        o.json = true;
+    else if (a == QLatin1String("--csv"))
+        o.csv = true;
+    else if (a == QLatin1String("--wide"))
+        o.wide = true;
+    else if (a == QLatin1String("--no-notes"))
+        o.noNotes = true;
+    else if (a == QLatin1String("--fail-on-notes"))
+        o.failOnNotes = true;
+    else if (a == QLatin1String("--verbose"))
+        o.verbose = true;
+    else if (a == QLatin1String("--check"))
+        o.check = true;
+    else
+        return false;
+    return true;
+}
+
+//! Reads one argument and the value it takes.
+QString readArgument(ArgumentReader &reader, InspectOptions &o, GivenOptions &given)
+{
+    const QString a = reader.next();
+    if (readSwitch(a, o))
+        return QString();
+    if (a == QLatin1String("--format")) {
+        given.format = true;
+        return readFormat(reader, o);
+    }
+    if (a == QLatin1String("--decimal")) {
+        given.decimal = true;
+        return readDecimal(reader, o);
+    }
+    if (a == QLatin1String("--lookup"))
+        return readLookup(reader, o);
+    if (a == QLatin1String("--html"))
+        return readHtml(reader, o);
+    if (a == QLatin1String("--separator")) {
+        given.separator = true;
+        return readSeparator(reader, o);
+    }
+    if (a == QLatin1String("--max-messages")) {
+        given.maxMessages = true;
+        return readMaxMessages(reader, o);
+    }
+    if (a == QLatin1String("--"))
+        return readFilesAfterDashDash(reader, o);
+    if (a.startsWith(QLatin1Char('-')) && a.size() > 1)
+        return QStringLiteral("unknown option '%1'").arg(printable(a));
+    return setFile(o, a);
+}
+
+//! Whether the two names lead to one file, through links when it exists.
+bool sameFile(const QString &a, const QString &b)
+{
+    const QFileInfo fa(a), fb(b);
+    if (fa.exists() && fb.exists())
+        return fa.canonicalFilePath() == fb.canonicalFilePath();
+    return fa.absoluteFilePath() == fb.absoluteFilePath();
+}
+
+//! Options that belong to one kind of file only.
+QString checkCombination(const InspectOptions &o, const GivenOptions &given)
+{
+    if (o.file.isEmpty())
+        return QStringLiteral("no file given");
+    if (o.json && o.csv)
+        return QStringLiteral("--json and --csv cannot be combined");
+    if (o.lookup && (given.format || given.decimal))
+        return QStringLiteral("--format and --decimal apply to dictionaries, not to --lookup");
+    if (o.lookup && !given.separator)
+        return QStringLiteral("--lookup needs --separator");
+    if (!o.lookup && (given.separator || given.maxMessages || o.check))
+        return QStringLiteral("--separator, --check and --max-messages apply to --lookup only");
+    if (o.lookup && !o.html.isEmpty())
+        return QStringLiteral("--html applies to dictionaries, not to --lookup");
+    if (!o.html.isEmpty() && sameFile(o.html, o.file))
+        return QStringLiteral("--html would overwrite the inspected file");
+    return QString();
+}
+
+} // namespace
+
+QString parseArguments(const QStringList &args, InspectOptions &o)
+{
+    GivenOptions given;
+    ArgumentReader reader(args);
+    while (!reader.atEnd()) {
+        const QString problem = readArgument(reader, o, given);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    if (o.help || o.version)
+        return QString();
+    return checkCombination(o, given);
+}
+
+} // namespace kxinspect

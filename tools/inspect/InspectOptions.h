@@ -1,0 +1,35 @@
+#ifndef KXINSPECT_INSPECTOPTIONS_H
+#define KXINSPECT_INSPECTOPTIONS_H
+
+#include <QString>
+#include <QStringList>
+
+namespace kxinspect {
+
+//! What the command line asks for.
+struct InspectOptions
+{
+    bool help = false;
+    bool version = false;
+    bool json = false;
+    bool csv = false;         //!< CSV of the fields (or of a lookup's label counts) instead of the table
+    bool wide = false;        //!< table labels whole, not cut
+    bool noNotes = false;     //!< reading notes left out of the output
+    bool failOnNotes = false; //!< exit status 3 when the reading wrote notes
+    bool verbose = false;
+    QString format;  //!< empty: detect
+    QString decimal; //!< empty: default
+    QString file;
+    QString html;    //!< --html: the file the page is written to; empty when not asked
+    bool lookup = false;
+    QString separator;
+    bool check = false;
+    int maxMessages = 100;
+};
+
+//! Reads the arguments (without the program name) into \a options; an empty text on success, else the problem.
+QString parseArguments(const QStringList &args, InspectOptions &options);
+
+} // namespace kxinspect
+
+#endif // KXINSPECT_INSPECTOPTIONS_H

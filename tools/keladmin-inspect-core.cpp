@@ -1,0 +1,112 @@
+// The inspector itself, loaded by the keladmin-inspect program when it has
+// more to do than print its help: opens a data description with the
+// library's importers, as the front end does, and prints the data-source
+// description it yields; or reads a lookup file and prints its entries,
+// messages and label counts. The work is done in the rooms under inspect/:
+// the options, the report that the importers fill, one writer per output.
+#include "CsvWriter.h"
+#include "HtmlWriter.h"
+#include "InspectOptions.h"
+#include "InspectReport.h"
+#include "JsonWriter.h"
+#include "ReportBuilder.h"
+#include "TableWriter.h"
+#include "TextOutput.h"
+#include "Usage.h"
+#include "WriteSettings.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QScopedPointer>
+
+using namespace kxinspect;
+
+namespace {
+
+//! A dialog can be shown only on a real display; offscreen or minimal platforms would wait forever.
+bool displayAvailable()
+{
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (platform.startsWith("offscreen") || platform.startsWith("minimal"))
+        return false;
+    return !qgetenv("DISPLAY").isEmpty() || !qgetenv("WAYLAND_DISPLAY").isEmpty();
+}
+
+QStringList argumentsOf(int argc, char **argv)
+{
+    QStringList args;
+    for (int i = 1; i < argc; ++i)
+        args << QString::fromLocal8Bit(argv[i]);
+    return args;
+}
+
+//! 3 or 4 when the report holds what --fail-on-notes or --check makes a script stop at.
+int exitStatusOf(const InspectReport &report, const InspectOptions &o)
+{
+    if (o.check && report.kind == InspectReport::Kind::Lookup && !report.lookup.messages.isEmpty())
+        return ExitLookupMessages;
+    if (o.failOnNotes && !report.notes.isEmpty())
+        return ExitNotes;
+    return ExitOk;
+}
+
+int inspect(const InspectOptions &o, bool dialogPossible)
+{
+    const WarningSink warn = [&o](const QString &warning) { printError(o.file, warning); };
+    InspectReport report;
+    const QString problem = o.lookup ? fillLookupReport(o, report) : fillDictionaryReport(o, dialogPossible, warn, report);
+    if (!problem.isEmpty()) {
+        printError(o.file, problem);
+        return ExitInputError;
+    }
+    WriteSettings settings;
+    settings.wideLabels = o.wide;
+    settings.notes = !o.noNotes;
+    if (o.json)
+        writeJsonReport(report, settings, standardOutput());
+    else if (o.csv)
+        writeCsvReport(report, standardOutput());
+    else
+        writeTableReport(report, settings, standardOutput());
+    if (!o.html.isEmpty()) {
+        const QString failure = writeHtmlFile(report, settings, o.html);
+        if (!failure.isEmpty()) {
+            printError(o.html, failure);
+            return ExitInputError;
+        }
+    }
+    return exitStatusOf(report, o);
+}
+
+} // namespace
+
+//! The inspector's main(), called by the keladmin-inspect program with its own arguments.
+extern "C" __attribute__((visibility("default"))) int kx_inspect_main(int argc, char **argv)
+{
+    installMessageFilter();
+
+    InspectOptions o;
+    const QString problem = parseArguments(argumentsOf(argc, argv), o);
+    if (!problem.isEmpty())
+        return usageError(problem);
+    if (o.help) {
+        printHelp();
+        return ExitOk;
+    }
+    if (o.version) {
+        printVersion();
+        return ExitOk;
+    }
+    setVerboseLog(o.verbose);
+
+    // Only an explicit request to ask, with a display, gets a GUI application;
+    // everything else runs without one and never opens a dialog.
+    QScopedPointer<QCoreApplication> app;
+    const bool dialogPossible = !o.lookup && o.decimal == QLatin1String("ask") && displayAvailable();
+    if (dialogPossible)
+        app.reset(new QApplication(argc, argv));
+    else
+        app.reset(new QCoreApplication(argc, argv));
+
+    return inspect(o, dialogPossible);
+}
