@@ -16,7 +16,9 @@ extern template class TCSProImportCore<TCSPro, TCSProVariable>;
 class MODEL_KELADMIN_EXPORT TCSProDataImport : public TCSProImportCore<TCSPro, TCSProVariable>
 {
 public:
+    //! An importer without a path; the group list waits for the first reading.
     TCSProDataImport();
+    //! An importer of the text dictionary at \a sourceName; writes its debug line and allocates the group list.
     explicit TCSProDataImport(QString sourceName);
     ~TCSProDataImport() override;
 };

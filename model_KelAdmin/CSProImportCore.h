@@ -28,6 +28,7 @@ enum class TDecimalChoice {
 class MODEL_KELADMIN_EXPORT TCSProVariable : public TGenericField
 {
 public:
+    //! A field for the dictionary item \a item, made by \a owner; neither is owned.
     explicit TCSProVariable(TDataImport *owner, TCSProItem *item = nullptr);
     ~TCSProVariable() override;
 
@@ -43,17 +44,26 @@ public:
      * implied decimals follow the item's decimal character. */
     void setAsString(QString text);
 
+    //! The name of the item's record when the dictionary has several record types, else empty.
+    //!@{
     QString getRecordName() const { return recordName; }
     void setRecordName(const QString &v) { recordName = v; }
+    //!@}
+    //! The base's import flag as it was when the field was made (false); the importers never read it.
+    //!@{
     bool getCopiedFlag() const { return copiedFlag; }
     void setCopiedFlag(bool v) { copiedFlag = v; }
+    //!@}
+    //! The dictionary item the field stands for; the dictionary owns it.
+    //!@{
     TCSProItem *getItem() const { return item; }
     void setItem(TCSProItem *v) { item = v; }
+    //!@}
 
 protected:
-    QString recordName;
-    bool copiedFlag = false;
-    TCSProItem *item = nullptr;
+    QString recordName;          //!< see getRecordName()
+    bool copiedFlag = false;     //!< see getCopiedFlag()
+    TCSProItem *item = nullptr;  //!< see getItem()
 };
 
 /*! \brief The import steps shared by the CSPro text and JSON importers.
@@ -81,7 +91,9 @@ public:
     QString getDataProviderId() override;
     //! Reads the whole dictionary at sourceName; errors of the reader pass through.
     bool openFile() override;
+    //! True when the dictionary gives the record type a width (getRecordTypeSize() > 0).
     bool isMultiple() override;
+    //! The number of records of the last dictionary read, one group each; 0 before any.
     int getGroupCount() override;
     //! The i-th "name=value" entry; empty outside 0 .. count - 1.
     QString getGroupName(int i) override;
@@ -91,14 +103,20 @@ public:
     int getRecordTypeIndex(QString value) override;
     //! The first record whose type value is currentRecordType; -1 when none.
     int getRecordTypeIndex();
+    //! The dictionary's record type start: where the record type value begins in a data line.
     int getRecordTypeStart() override;
+    //! The dictionary's record type length; 0 when the dictionary gives none.
     int getRecordTypeSize() override;
 
     //! Loads \a path into a new reader and turns its items into fields.
     void openRead(QString path);
     //! One field per dictionary item, in the dictionary's order.
     void copyDataFromDictionary();
+    /*! Sets \a field's missing code again from its dictionary item; does
+     * nothing unless \a field is a TCSProVariable with an item. */
     void getVarMissingValue(TGenericField *field);
+    /*! Sets \a field's not-applicable code again from its dictionary item;
+     * does nothing unless \a field is a TCSProVariable with an item. */
     void getNotApplicable(TGenericField *field);
     //! \a n copies of \a c; empty when n <= 0.
     static QString StringOfChar(char c, int n);
@@ -114,32 +132,55 @@ public:
     }
     //! The same choice in one value: Ask is mode 0, YesToAll mode 1, NoToAll mode 2.
     void setDecimalChoice(TDecimalChoice choice);
+
+    // Each member of this template carries its own comment: grouped comments
+    // do not reach the documentation of the two instantiated classes.
+
+    //! The mode preset by setDecimalChoice(): 0, 1 or 2.
     int getPresetDecimalMode() const { return presetDecimalMode; }
+    //! The QMessageBox button preset by setDecimalChoice().
     int getPresetDecimalAnswer() const { return presetDecimalAnswer; }
 
+    /*! One "name=value" entry per record, in the dictionary's order: the
+     * record name and its type value. Null until the first reading when the
+     * importer was made without a path; the importer never frees it. */
     QStringList *getGroups() const { return groups; }
+    //! Puts \a v in place of the group list; the old list is not freed and the next reading refills the new one.
     void setGroups(QStringList *v) { groups = v; }
+    //! True until a dictionary has been read.
     bool getNotRead() const { return notRead; }
+    //! Sets the flag that getNotRead() returns; each reading clears it.
     void setNotRead(bool v) { notRead = v; }
+    //! Replaces the record type start until the next reading copies the dictionary's.
     void setRecordTypeStart(int v) { recordTypeStart = v; }
+    //! The record type length that getRecordTypeSize() returns.
     int getRecordTypeLen() const { return recordTypeLen; }
+    //! Replaces the record type length until the next reading copies the dictionary's.
     void setRecordTypeLen(int v) { recordTypeLen = v; }
+    /*! The reader of the last openRead(); null before. The importer never
+     * frees a reader: the fields point at its items. */
     Reader *getDictionaryReader() const { return dictionary; }
+    //! Puts \a v in place of the reader, which the record type look-ups then search; the old one is not freed.
     void setDictionaryReader(Reader *v) { dictionary = v; }
+    /*! The record type value that getRecordTypeIndex() without an argument
+     * looks for. The importer never sets it: whoever reads the data record
+     * by record does. */
     QString getCurrentRecordType() const { return currentRecordType; }
+    //! Sets the record type value that getRecordTypeIndex() without an argument looks for.
     void setCurrentRecordType(const QString &v) { currentRecordType = v; }
 
 protected:
-    QStringList *groups = nullptr;
-    bool notRead = true;
-    int recordTypeStart = 0;
-    int recordTypeLen = 0;
-    Reader *dictionary = nullptr;
-    QString currentRecordType;
-    int presetDecimalMode = 0;
-    int presetDecimalAnswer = 0;
+    QStringList *groups = nullptr;   //!< see getGroups()
+    bool notRead = true;             //!< see getNotRead()
+    int recordTypeStart = 0;         //!< see getRecordTypeStart()
+    int recordTypeLen = 0;           //!< see getRecordTypeLen()
+    Reader *dictionary = nullptr;    //!< see getDictionaryReader()
+    QString currentRecordType;       //!< see getCurrentRecordType()
+    int presetDecimalMode = 0;       //!< see getPresetDecimalMode()
+    int presetDecimalAnswer = 0;     //!< see getPresetDecimalAnswer()
 
 private:
+    //! Type, decimals, position, codes, bounds and value labels of \a field, taken from \a item.
     void fillFromItem(Variable *field, TCSProItem *item);
 };
 

@@ -10,6 +10,7 @@
 class MODEL_KELADMIN_EXPORT TCSProJsonVariable : public TCSProVariable
 {
 public:
+    //! A field for the dictionary item \a item, made by \a owner; neither is owned.
     explicit TCSProJsonVariable(TDataImport *owner, TCSProItem *item = nullptr);
     ~TCSProJsonVariable() override;
 };
@@ -23,7 +24,9 @@ extern template class TCSProImportCore<TCSProJson, TCSProJsonVariable>;
 class MODEL_KELADMIN_EXPORT TCSProJsonDataImport : public TCSProImportCore<TCSProJson, TCSProJsonVariable>
 {
 public:
+    //! An importer without a path; the group list waits for the first reading.
     TCSProJsonDataImport();
+    //! An importer of the JSON dictionary at \a sourceName; writes its debug line and allocates the group list.
     explicit TCSProJsonDataImport(QString sourceName);
     ~TCSProJsonDataImport() override;
 };

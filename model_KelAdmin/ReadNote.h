@@ -67,23 +67,35 @@ constexpr const char LabelSetUnused[] = "label-set-unused";
 class MODEL_KELADMIN_EXPORT TReadNote
 {
 public:
+    //! An empty note: line 0, empty texts.
     TReadNote();
+    //! A note on \a subject at \a line of the file, of the kind \a kind, saying \a text.
     TReadNote(int line, const QString &subject, const QString &kind, const QString &text);
 
     //! 1-based line of the file the note arises from; 0 where lines mean nothing (SPSS, Stata).
+    //!@{
     int getLine() const { return line; }
     void setLine(int v) { line = v; }
+    //!@}
     //! The item, variable, value set or record the note concerns.
+    //!@{
     QString getSubject() const { return subject; }
     void setSubject(const QString &v) { subject = v; }
+    //!@}
     //! One of the TReadNoteKind texts.
+    //!@{
     QString getKind() const { return kind; }
     void setKind(const QString &v) { kind = v; }
+    //!@}
     //! One English sentence: what the file says and what the reading kept instead.
+    //!@{
     QString getText() const { return text; }
     void setText(const QString &v) { text = v; }
+    //!@}
 
+    //! True when line, subject, kind and text are all equal.
     bool operator==(const TReadNote &other) const;
+    //! True when any of line, subject, kind and text differs.
     bool operator!=(const TReadNote &other) const { return !(*this == other); }
 
 private:
