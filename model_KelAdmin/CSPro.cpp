@@ -81,6 +81,7 @@ TCSPro::~TCSPro()
 
 void TCSPro::loadFromFile(QString path)
 {
+    readNotes.clear();
     QStringList lines;
     QFile file(path);
     if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
@@ -90,6 +91,11 @@ void TCSPro::loadFromFile(QString path)
             lines.append(in.readLine());
     }
     loadFromStr(&lines);
+}
+
+void TCSPro::addReadNote(int line, const QString &subject, const char *kind, const QString &text)
+{
+    readNotes.append(TReadNote(line, subject, QString::fromLatin1(kind), text));
 }
 
 void TCSPro::loadFromStr(QStringList *lines)

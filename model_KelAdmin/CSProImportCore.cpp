@@ -247,7 +247,14 @@ void TCSProImportCore<Reader, Variable>::openRead(QString path)
         dictionary->setDecimalMode(presetDecimalMode);
         dictionary->setDecimalAnswer(presetDecimalAnswer);
     }
-    dictionary->loadFromFile(path);
+    try {
+        dictionary->loadFromFile(path);
+    } catch (...) {
+        // The notes gathered up to the error are handed out with it.
+        addReadNotes(dictionary->getReadNotes());
+        throw;
+    }
+    addReadNotes(dictionary->getReadNotes());
     recordTypeStart = dictionary->recordTypeStart;
     recordTypeLen = dictionary->recordTypeLen;
 

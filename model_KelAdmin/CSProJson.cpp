@@ -47,6 +47,7 @@ TCSProJson::~TCSProJson() = default;
 
 void TCSProJson::loadFromFile(QString path)
 {
+    readNotes.clear();
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return;
