@@ -3,6 +3,8 @@
 #include "KxConstants.h"
 #include "KxErrorManager.h"
 
+#include "ReadNote.h"
+
 #include <QApplication>
 #include <QDebug>
 #include <QEvent>
@@ -18,6 +20,47 @@ namespace {
 const QString COMMON_NAME = QStringLiteral("Common");
 const QString COMMON_TYPE_VALUE = QStringLiteral("_COMMON_");
 const QString CMD_VERSION = QStringLiteral("Version");
+
+// The special values CSPro knows; a Name line naming one marks its code.
+bool isCSProSpecialValue(const QString &keyword)
+{
+    return keyword == QLatin1String("MISSING") || keyword == QLatin1String("NOTAPPL")
+        || keyword == QLatin1String("DEFAULT") || keyword == QLatin1String("REFUSED");
+}
+
+QString answerText(int answer)
+{
+    switch (answer) {
+    case QMessageBox::Yes:
+        return QStringLiteral("Yes");
+    case QMessageBox::YesToAll:
+        return QStringLiteral("Yes to All");
+    case QMessageBox::No:
+        return QStringLiteral("No");
+    case QMessageBox::NoToAll:
+        return QStringLiteral("No to All");
+    default:
+        return QStringLiteral("with no button");
+    }
+}
+
+bool isValueLine(const QString &line)
+{
+    return line.startsWith(QLatin1String("VALUE="), Qt::CaseInsensitive);
+}
+
+// Clears the lines the notes refer to when a load ends, also by an exception.
+class NoteLinesScope
+{
+public:
+    explicit NoteLinesScope(const QStringList **lines) : lines(lines) {}
+    ~NoteLinesScope() { *lines = nullptr; }
+    NoteLinesScope(const NoteLinesScope &) = delete;
+    NoteLinesScope &operator=(const NoteLinesScope &) = delete;
+
+private:
+    const QStringList **lines;
+};
 
 // Frees a value set that was not attached to any item, with its entries.
 void discardValueSet(TCSProValueSet *valueSet)
@@ -87,8 +130,11 @@ void TCSPro::loadFromFile(QString path)
     if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         // QTextStream drops a byte-order mark; text mode folds CRLF to LF.
         QTextStream in(&file);
-        while (!in.atEnd())
+        while (!in.atEnd()) {
             lines.append(in.readLine());
+            if (lines.constLast().contains(QChar::ReplacementCharacter))
+                noteUndecodableLine(lines.size(), lines.constLast());
+        }
     }
     loadFromStr(&lines);
 }
@@ -102,6 +148,8 @@ void TCSPro::loadFromStr(QStringList *lines)
 {
     if (!lines)
         return;
+    noteLines = lines;
+    NoteLinesScope scope(&noteLines);
     int i = 0;
     try {
         for (i = 0; i < lines->size(); ++i) {
@@ -188,6 +236,7 @@ int TCSPro::getItemType(QString header)
 QStringList *TCSPro::getSection(QStringList *lines, int &index)
 {
     auto *section = new QStringList;
+    noteSectionHeader = index;
     int i = index + 1;
     for (; i < lines->size(); ++i) {
         const QString &raw = lines->at(i);
@@ -203,17 +252,7 @@ QStringList *TCSPro::getSection(QStringList *lines, int &index)
 
 QString TCSPro::processLine(QStringList section, QString command, QString def)
 {
-    for (const QString &line : qAsConst(section)) {
-        if (!line.contains(command))
-            continue;
-        // Only the first line containing the command counts, and only when
-        // it splits at "=" into exactly two parts.
-        const int equal = line.indexOf(EQUALCHR);
-        if (equal < 0 || line.indexOf(EQUALCHR, equal + 1) >= 0)
-            return def;
-        return line.mid(equal + 1);
-    }
-    return def;
+    return readCommand(section, command, def, nullptr);
 }
 
 int TCSPro::processLineToInt(QStringList section, QString command, int def)
@@ -221,8 +260,26 @@ int TCSPro::processLineToInt(QStringList section, QString command, int def)
     // A missing command, a line with a second "=" and a value that is not a
     // base-10 int all give the default.
     bool ok = false;
-    const int value = processLine(section, command, QString()).toInt(&ok, 10);
+    const int value = readCommand(section, command, QString(), &def).toInt(&ok, 10);
     return ok ? value : def;
+}
+
+QString TCSPro::readCommand(const QStringList &section, const QString &command, const QString &def,
+                            const int *intDefault)
+{
+    for (const QString &line : section) {
+        if (!line.contains(command))
+            continue;
+        // Only the first line containing the command counts, and only when
+        // it splits at "=" into exactly two parts.
+        const int equal = line.indexOf(EQUALCHR);
+        const bool twoParts = equal >= 0 && line.indexOf(EQUALCHR, equal + 1) < 0;
+        const QString value = twoParts ? line.mid(equal + 1) : def;
+        if (!twoParts || equal != command.size() || !line.startsWith(command))
+            noteCommandFromOtherLine(section, command, line, value, intDefault);
+        return value;
+    }
+    return def;
 }
 
 void TCSPro::processDictionary(QStringList *lines, int &index)
@@ -261,27 +318,7 @@ void TCSPro::processItem(QStringList *lines, int &index)
 {
     std::unique_ptr<QStringList> section(getSection(lines, index));
     std::unique_ptr<TCSProItem> item(new TCSProItem);
-    item->label = processLine(*section, CMD_LABEL, QString());
-    item->name = processLine(*section, CMD_NAME, QString());
-    item->start = processLineToInt(*section, CMD_START, 1);
-    item->len = processLineToInt(*section, CMD_LEN, 0);
-
-    lastItemNumeric = true;
-    const QString dataType = processLine(*section, CMD_DATATYPE, QString());
-    if (!dataType.isEmpty() && dataType.toUpper() == QLatin1String("ALPHA")) {
-        item->isAlpha = 1;
-        lastItemNumeric = false;
-    }
-    const QString itemType = processLine(*section, CMD_ITEMTYPE, QString());
-    if (!itemType.isEmpty() && itemType.toUpper() == QLatin1String("SUBITEM"))
-        item->isSubItem = 1;
-
-    item->occurrences = processLineToInt(*section, CMD_OCCURS, 1);
-    item->decimal = processLineToInt(*section, CMD_DECIMAL, 0);
-    if (processLine(*section, CMD_DECCHAR, QString()).toUpper() == AXYES)
-        item->decimalChar = true;
-    if (processLine(*section, CMD_ZEROFILL, QString()).toUpper() == AXYES)
-        item->zeroFill = true;
+    readItemCommands(*section, item.get());
 
     if (item->occurrences == 1) {
         TCSProItem *stored = item.release();
@@ -293,33 +330,81 @@ void TCSPro::processItem(QStringList *lines, int &index)
     }
     if (item->occurrences <= 0)
         return;
+    storeOccurrenceCopies(*section, *item);
+}
 
+void TCSPro::readItemCommands(const QStringList &section, TCSProItem *item)
+{
+    item->label = processLine(section, CMD_LABEL, QString());
+    item->name = processLine(section, CMD_NAME, QString());
+    item->start = processLineToInt(section, CMD_START, 1);
+    item->len = processLineToInt(section, CMD_LEN, 0);
+
+    lastItemNumeric = true;
+    const QString dataType = processLine(section, CMD_DATATYPE, QString());
+    if (!dataType.isEmpty() && dataType.toUpper() == QLatin1String("ALPHA")) {
+        item->isAlpha = 1;
+        lastItemNumeric = false;
+    }
+    const QString itemType = processLine(section, CMD_ITEMTYPE, QString());
+    if (!itemType.isEmpty() && itemType.toUpper() == QLatin1String("SUBITEM"))
+        item->isSubItem = 1;
+
+    item->occurrences = processLineToInt(section, CMD_OCCURS, 1);
+    item->decimal = processLineToInt(section, CMD_DECIMAL, 0);
+    if (processLine(section, CMD_DECCHAR, QString()).toUpper() == AXYES)
+        item->decimalChar = true;
+    if (processLine(section, CMD_ZEROFILL, QString()).toUpper() == AXYES)
+        item->zeroFill = true;
+}
+
+void TCSPro::storeOccurrenceCopies(const QStringList &section, const TCSProItem &item)
+{
     // Counts and positions come from the file: an occurrence count above
     // what CSPro allows, or a last start outside int, is a corrupt item and
     // fails the load (error 242) before anything of it is stored.
-    const int occurrences = item->occurrences;
-    if (occurrences > MaxOccurrences)
+    const int occurrences = item.occurrences;
+    const int line = fileLineOf(readCommandLine(section, CMD_OCCURS));
+    if (occurrences > MaxOccurrences) {
+        noteLimit(line, item.name,
+                  QStringLiteral("Item %1 has %2 occurrences, more than the %3 that are expanded; the reading "
+                                 "stops here with error 242.")
+                      .arg(item.name)
+                      .arg(occurrences)
+                      .arg(MaxOccurrences));
         throw std::length_error("occurrence count out of range");
-    if (qint64(items->size()) + occurrences > qint64(MaxExpandedItems))
+    }
+    if (qint64(items->size()) + occurrences > qint64(MaxExpandedItems)) {
+        noteLimit(line, item.name,
+                  QStringLiteral("Item %1 with %2 occurrences would make more than %3 items; the reading stops "
+                                 "here with error 242.")
+                      .arg(item.name)
+                      .arg(occurrences)
+                      .arg(MaxExpandedItems));
         throw std::length_error("too many items after expansion");
-    const qint64 lastStart = qint64(item->start) + qint64(occurrences - 1) * qint64(item->len);
+    }
+    const qint64 lastStart = qint64(item.start) + qint64(occurrences - 1) * qint64(item.len);
     if (lastStart > std::numeric_limits<int>::max() || lastStart < std::numeric_limits<int>::min())
         throw std::overflow_error("occurrence start out of range");
 
-    item->index = items->size();
+    const int copiesIndex = items->size();
+    if (copiesIndex == 0) {
+        firstItemCopies = occurrences;
+        firstItemName = item.name;
+    }
     for (int k = 1; k <= occurrences; ++k) {
         auto *copy = new TCSProItem;
-        copy->label = item->label;
+        copy->label = item.label;
         // The occurrence number is appended as the character with that code.
-        copy->name = item->name + UNDERSCORE + QChar(k);
-        copy->start = int(qint64(item->start) + qint64(k - 1) * qint64(item->len));
+        copy->name = item.name + UNDERSCORE + QChar(k);
+        copy->start = int(qint64(item.start) + qint64(k - 1) * qint64(item.len));
         copy->occurrences = 1;
-        copy->isAlpha = item->isAlpha;
-        copy->decimal = item->decimal;
-        copy->isSubItem = item->isSubItem;
-        copy->len = item->len;
-        copy->decimalChar = item->decimalChar;
-        copy->index = item->index;
+        copy->isAlpha = item.isAlpha;
+        copy->decimal = item.decimal;
+        copy->isSubItem = item.isSubItem;
+        copy->len = item.len;
+        copy->decimalChar = item.decimalChar;
+        copy->index = copiesIndex;
         copy->record = currentRecord;
         items->append(copy);
         currentItem = copy;
@@ -334,6 +419,30 @@ void TCSPro::processValueSet(QStringList *lines, int &index)
     valueSet->name = processLine(*section, CMD_NAME, QString());
     valueSet->isNumeric = lastItemNumeric ? 1 : 0;
 
+    const QString linkLine = readValueLines(*section, valueSet);
+    noteLinkedValueSet(linkLine, valueSet);
+
+    if (!valueSet->validateItems(0) && !decideDecimalCodes(*section, valueSet)) {
+        discardValueSet(valueSet);
+        return;
+    }
+    if (!currentItem) {
+        noteDroppedValueSet(valueSet, QStringLiteral("no item comes before it"), noteSectionHeader + 1);
+        discardValueSet(valueSet);
+        return;
+    }
+    if (!valueSet->validateItems(1)) {
+        noteNotIntegerCode(*section, valueSet);
+        discardValueSet(valueSet);
+        return;
+    }
+    valueSet->sortItems();
+    attachValueSet(valueSet);
+}
+
+QString TCSPro::readValueLines(const QStringList &section, TCSProValueSet *valueSet)
+{
+    QString linkLine;
     TValueSetItem *pending = nullptr;
     auto closePending = [&]() {
         if (!pending)
@@ -348,98 +457,114 @@ void TCSPro::processValueSet(QStringList *lines, int &index)
         pending = nullptr;
     };
 
-    for (const QString &raw : qAsConst(*section)) {
+    for (const QString &raw : section) {
         const QString line = raw.trimmed();
-        if (line.startsWith(QLatin1String("VALUE="), Qt::CaseInsensitive)) {
+        if (isValueLine(line)) {
             closePending();
-            pending = new TValueSetItem;
-            pending->special = false;
-            QString rest = line.mid(6);
-            int semicolon = rest.indexOf(SEMICOLONCHR);
-            const int colon = rest.indexOf(COLONCHR);
-            if (colon > 0 && (semicolon < 0 || colon < semicolon)) {
-                // A range: its low bound becomes an entry of its own, with the
-                // label of the line; the pending entry keeps the high bound.
-                const QString lowLabel = semicolon >= 0 ? rest.mid(semicolon + 1) : QString();
-                const QString low = rest.left(colon);
-                const QStringList pieces = low.contains(SPACECHR)
-                    ? low.split(SPACECHR, Qt::SkipEmptyParts)
-                    : QStringList{low};
-                for (const QString &piece : pieces) {
-                    auto *entry = new TValueSetItem;
-                    entry->code = piece;
-                    entry->name = lowLabel;
-                    valueSet->addItem(entry);
-                }
-                rest = rest.mid(colon + 1);
-                semicolon = rest.indexOf(SEMICOLONCHR);
-            }
-            pending->code = semicolon >= 0 ? rest.left(semicolon) : rest;
-            pending->name = semicolon >= 0 ? rest.mid(semicolon + 1) : QString();
-            // Only the opening apostrophe is removed; a closing one stays.
-            if (pending->code.startsWith(QLatin1Char('\'')))
-                pending->code.remove(0, 1);
+            pending = readValueLine(line, valueSet);
         } else if (pending && line.startsWith(QLatin1String("NAME="), Qt::CaseInsensitive)) {
-            const QString rest = line.mid(5);
-            const int comma = rest.indexOf(COMMACHR);
-            if (comma <= 0) {
-                pending->type = 0;
-                continue;
-            }
-            // The keyword loses its last character and the flag keeps the
-            // comma, so 'MISSING,Special' matches neither word.
-            const QString keyword = rest.left(comma - 1).toUpper();
-            const QString flag = rest.mid(comma).toUpper();
-            pending->special = (flag == QLatin1String("SPECIAL"));
-            if (keyword == QLatin1String("MISSING")) {
-                pending->type = 1;
-                pending->special = true;
-                if (currentItem)
-                    currentItem->missingCode = pending->code;
-            } else if (keyword == QLatin1String("NOTAPPL")) {
-                pending->type = 2;
-                pending->special = true;
-                if (currentItem)
-                    currentItem->notApplCode = pending->code;
-            } else {
-                pending->type = 0;
-            }
+            readSpecialValue(line, pending, valueSet);
+        } else if (line.startsWith(QLatin1String("LINK="), Qt::CaseInsensitive)) {
+            linkLine = line;
         }
     }
     closePending();
+    return linkLine;
+}
 
-    if (!valueSet->validateItems(0)) {
-        showMessageBoxDecimal(tr("<b>A decimal number was found</b>"),
-                              tr("Would you like to convert it to an integer number?"), tr("Caution"),
-                              QMessageBox::Warning);
-        switch (decimalAnswer) {
-        case QMessageBox::Yes:
-            valueSet->itemsAsNumberZero();
-            break;
-        case QMessageBox::YesToAll:
-            decimalMode = 1;
-            valueSet->itemsAsNumberZero();
-            break;
-        case QMessageBox::NoToAll:
-            decimalMode = 2;
-            discardValueSet(valueSet);
-            return;
-        default:
-            discardValueSet(valueSet);
-            return;
+TValueSetItem *TCSPro::readValueLine(const QString &line, TCSProValueSet *valueSet)
+{
+    auto *pending = new TValueSetItem;
+    pending->special = false;
+    QString rest = line.mid(6);
+    int semicolon = rest.indexOf(SEMICOLONCHR);
+    const int colon = rest.indexOf(COLONCHR);
+    if (colon > 0 && (semicolon < 0 || colon < semicolon)) {
+        // A range: its low bound becomes an entry of its own, with the
+        // label of the line; the pending entry keeps the high bound.
+        const QString lowLabel = semicolon >= 0 ? rest.mid(semicolon + 1) : QString();
+        const QString low = rest.left(colon);
+        const QStringList pieces = low.contains(SPACECHR) ? low.split(SPACECHR, Qt::SkipEmptyParts)
+                                                          : QStringList{low};
+        for (const QString &piece : pieces) {
+            auto *entry = new TValueSetItem;
+            entry->code = piece;
+            entry->name = lowLabel;
+            valueSet->addItem(entry);
         }
+        rest = rest.mid(colon + 1);
+        semicolon = rest.indexOf(SEMICOLONCHR);
     }
+    pending->code = semicolon >= 0 ? rest.left(semicolon) : rest;
+    pending->name = semicolon >= 0 ? rest.mid(semicolon + 1) : QString();
+    // Only the opening apostrophe is removed; a closing one stays.
+    if (pending->code.startsWith(QLatin1Char('\'')))
+        pending->code.remove(0, 1);
+    return pending;
+}
 
-    if (!valueSet->validateItems(1) || !currentItem) {
-        discardValueSet(valueSet);
+void TCSPro::readSpecialValue(const QString &line, TValueSetItem *pending, const TCSProValueSet *valueSet)
+{
+    const QString rest = line.mid(5);
+    const int comma = rest.indexOf(COMMACHR);
+    if (comma <= 0) {
+        pending->type = 0;
         return;
     }
-    valueSet->sortItems();
+    // The keyword loses its last character and the flag keeps the
+    // comma, so 'MISSING,Special' matches neither word.
+    const QString keyword = rest.left(comma - 1).toUpper();
+    const QString flag = rest.mid(comma).toUpper();
+    pending->special = (flag == QLatin1String("SPECIAL"));
+    if (keyword == QLatin1String("MISSING")) {
+        pending->type = 1;
+        pending->special = true;
+        if (currentItem)
+            currentItem->missingCode = pending->code;
+    } else if (keyword == QLatin1String("NOTAPPL")) {
+        pending->type = 2;
+        pending->special = true;
+        if (currentItem)
+            currentItem->notApplCode = pending->code;
+    } else {
+        pending->type = 0;
+        noteSpecialValue(line, pending, valueSet);
+    }
+}
 
+bool TCSPro::decideDecimalCodes(const QStringList &section, TCSProValueSet *valueSet)
+{
+    showMessageBoxDecimal(tr("<b>A decimal number was found</b>"),
+                          tr("Would you like to convert it to an integer number?"), tr("Caution"),
+                          QMessageBox::Warning);
+    switch (decimalAnswer) {
+    case QMessageBox::Yes:
+        noteDecimalCodes(section, valueSet, true);
+        valueSet->itemsAsNumberZero();
+        return true;
+    case QMessageBox::YesToAll:
+        decimalMode = 1;
+        noteDecimalCodes(section, valueSet, true);
+        valueSet->itemsAsNumberZero();
+        return true;
+    case QMessageBox::NoToAll:
+        decimalMode = 2;
+        noteDecimalCodes(section, valueSet, false);
+        return false;
+    default:
+        noteDecimalCodes(section, valueSet, false);
+        return false;
+    }
+}
+
+void TCSPro::attachValueSet(TCSProValueSet *valueSet)
+{
     bool attached = false;
     if (currentItem->index == 0) {
         currentItem->addValueSet(valueSet);
         attached = currentItem->valueSets->contains(valueSet);
+        if (attached)
+            noteFirstItemCopies(valueSet);
     } else {
         // All occurrence copies of the item share the one value set.
         for (int i = items->size() - 1; i >= 0; --i) {
@@ -450,8 +575,223 @@ void TCSPro::processValueSet(QStringList *lines, int &index)
             attached = attached || item->valueSets->contains(valueSet);
         }
     }
-    if (!attached)
-        discardValueSet(valueSet);
+    if (attached)
+        return;
+    const TCSProValueSet *kept = currentItem->getHasValueSet() ? currentItem->valueSets->first() : nullptr;
+    noteDroppedValueSet(valueSet,
+                        QStringLiteral("its item already has the value set %1, and only the first is kept")
+                            .arg(kept ? kept->name : QString()),
+                        noteSectionHeader + 1);
+    discardValueSet(valueSet);
+}
+
+// ---- Reading notes -------------------------------------------------------
+
+int TCSPro::fileLineOf(const QString &sectionLine) const
+{
+    if (!noteLines || sectionLine.isNull())
+        return 0;
+    for (int i = noteSectionHeader + 1; i < noteLines->size(); ++i) {
+        if (noteLines->at(i).trimmed() == sectionLine)
+            return i + 1;
+    }
+    return 0;
+}
+
+QString TCSPro::sectionSubject(const QStringList &section) const
+{
+    for (const QString &line : section) {
+        if (line.startsWith(QLatin1String("Name=")))
+            return line.mid(5);
+    }
+    if (noteLines && noteSectionHeader >= 0 && noteSectionHeader < noteLines->size())
+        return noteLines->at(noteSectionHeader).trimmed();
+    return QString();
+}
+
+QString TCSPro::readCommandLine(const QStringList &section, const QString &command) const
+{
+    for (const QString &line : section) {
+        if (line.contains(command))
+            return line;
+    }
+    return QString();
+}
+
+void TCSPro::noteCommandFromOtherLine(const QStringList &section, const QString &command,
+                                      const QString &usedLine, const QString &usedValue, const int *intDefault)
+{
+    if (!noteLines)
+        return;
+    const QString prefix = command + EQUALCHR;
+    const QString *own = nullptr;
+    for (const QString &line : section) {
+        if (line.startsWith(prefix)) {
+            own = &line;
+            break;
+        }
+    }
+    // What the reading kept, and what the command's own line says.
+    QString kept = usedValue;
+    QString said = own ? own->mid(prefix.size()) : QString();
+    if (intDefault) {
+        auto asInt = [intDefault](const QString &text) {
+            bool ok = false;
+            const int value = text.toInt(&ok, 10);
+            return ok ? value : *intDefault;
+        };
+        kept = QString::number(asInt(usedValue));
+        said = QString::number(own ? asInt(said) : *intDefault);
+    } else if (!own) {
+        return; // the reading found a value where the file gives none of its own
+    }
+    if (kept == said)
+        return;
+    QString text;
+    if (own && *own == usedLine)
+        text = QStringLiteral("%1: its line '%2' holds a second '=', so the reading kept '%3' instead of '%4'.")
+                   .arg(command, usedLine, kept, said);
+    else if (own)
+        text = QStringLiteral("%1 was read from the line '%2', which gave '%3'; its own line '%4' says '%5'.")
+                   .arg(command, usedLine, kept, *own, said);
+    else
+        text = QStringLiteral("%1 was read from the line '%2', which gave '%3'; without a line '%4' of its "
+                              "own it would be %5.")
+                   .arg(command, usedLine, kept, prefix, said);
+    addReadNote(fileLineOf(usedLine), sectionSubject(section), TReadNoteKind::KeyFromOtherLine, text);
+}
+
+void TCSPro::noteSpecialValue(const QString &line, const TValueSetItem *entry, const TCSProValueSet *valueSet)
+{
+    if (!noteLines)
+        return;
+    const QString rest = line.mid(5);
+    const QString keyword = rest.left(rest.indexOf(COMMACHR)).trimmed().toUpper();
+    if (!isCSProSpecialValue(keyword))
+        return;
+    QString lost;
+    if (keyword == QLatin1String("MISSING"))
+        lost = QStringLiteral(", and the item gets no missing code");
+    else if (keyword == QLatin1String("NOTAPPL"))
+        lost = QStringLiteral(", and the item gets no not-applicable code");
+    addReadNote(fileLineOf(line), valueSet->name, TReadNoteKind::SpecialNotRead,
+                QStringLiteral("The line '%1' makes the code '%2' the special value %3 in CSPro; the reading "
+                               "kept %2 as an ordinary code%4.")
+                    .arg(line, entry->code, keyword, lost));
+}
+
+int TCSPro::fileLineOfCode(const QStringList &section, const QString &code) const
+{
+    for (const QString &line : section) {
+        if (isValueLine(line) && line.midRef(6).contains(code))
+            return fileLineOf(line);
+    }
+    return 0;
+}
+
+void TCSPro::noteDroppedValueSet(const TCSProValueSet *valueSet, const QString &why, int line)
+{
+    if (!noteLines)
+        return;
+    addReadNote(line, valueSet->name, TReadNoteKind::ValueSetDropped,
+                QStringLiteral("Value set %1 dropped: %2.").arg(valueSet->name, why));
+}
+
+void TCSPro::noteDecimalCodes(const QStringList &section, const TCSProValueSet *valueSet, bool converted)
+{
+    if (!noteLines)
+        return;
+    // The codes the decimal answer concerns: those that are not integers.
+    QStringList codes;
+    for (const TValueSetItem *entry : qAsConst(*valueSet->items)) {
+        if (entry && !IsNumeric2(entry->code))
+            codes.append(entry->code);
+    }
+    if (codes.isEmpty())
+        return;
+    const int line = fileLineOfCode(section, codes.first());
+    const QString answer = answerText(decimalAnswer);
+    if (converted) {
+        addReadNote(line, valueSet->name, TReadNoteKind::ValueCodesChanged,
+                    QStringLiteral("Value set %1: the codes %2 are not whole numbers; the decimal prompt was "
+                                   "answered %3, so the reading turned them into 0.")
+                        .arg(valueSet->name, codes.join(QStringLiteral(", ")), answer));
+        return;
+    }
+    noteDroppedValueSet(valueSet,
+                        QStringLiteral("the codes %1 are not whole numbers and the decimal prompt was answered %2")
+                            .arg(codes.join(QStringLiteral(", ")), answer),
+                        line);
+}
+
+void TCSPro::noteNotIntegerCode(const QStringList &section, const TCSProValueSet *valueSet)
+{
+    if (!noteLines)
+        return;
+    for (const TValueSetItem *entry : qAsConst(*valueSet->items)) {
+        if (!entry || IsNumeric2(entry->code))
+            continue;
+        QString valueLine;
+        for (const QString &line : section) {
+            if (isValueLine(line) && line.midRef(6).contains(entry->code)) {
+                valueLine = line;
+                break;
+            }
+        }
+        const QString why = entry->code.contains(SPACECHR)
+            ? QStringLiteral("the value line '%1' lists several codes").arg(valueLine)
+            : QStringLiteral("the code '%1' of the value line '%2' is not a whole number").arg(entry->code, valueLine);
+        noteDroppedValueSet(valueSet, why, fileLineOf(valueLine));
+        return;
+    }
+}
+
+void TCSPro::noteLinkedValueSet(const QString &linkLine, const TCSProValueSet *valueSet)
+{
+    if (!noteLines || linkLine.isEmpty())
+        return;
+    const QString link = linkLine.mid(5).trimmed();
+    if (!valueSet->items->isEmpty()) {
+        if (!linkedValueSets.contains(link))
+            linkedValueSets.insert(link, valueSet->name);
+        return;
+    }
+    const auto first = linkedValueSets.constFind(link);
+    if (first == linkedValueSets.constEnd())
+        return;
+    addReadNote(fileLineOf(linkLine), valueSet->name, TReadNoteKind::LinkedValueSetEmpty,
+                QStringLiteral("Value set %1 has no values of its own: CSPro fills it from value set %2, which "
+                               "has the same link %3; the reading leaves it empty.")
+                    .arg(valueSet->name, first.value(), link));
+}
+
+void TCSPro::noteFirstItemCopies(const TCSProValueSet *valueSet)
+{
+    if (!noteLines || firstItemCopies < 2 || items->size() < firstItemCopies
+        || currentItem != items->at(firstItemCopies - 1))
+        return;
+    addReadNote(noteSectionHeader + 1, firstItemName, TReadNoteKind::OccurrenceValueSet,
+                QStringLiteral("Item %1 is the dictionary's first item and has %2 occurrences; only its last "
+                               "copy gets value set %3, the other %4 copies get none.")
+                    .arg(firstItemName)
+                    .arg(firstItemCopies)
+                    .arg(valueSet->name)
+                    .arg(firstItemCopies - 1));
+}
+
+void TCSPro::noteUndecodableLine(int line, const QString &text)
+{
+    addReadNote(line, text.trimmed(), TReadNoteKind::UndecodableText,
+                QStringLiteral("Line %1 holds bytes that are not valid text; the reading kept a replacement "
+                               "character (U+FFFD) in their place: '%2'.")
+                    .arg(line)
+                    .arg(text.trimmed()));
+}
+
+void TCSPro::noteLimit(int line, const QString &subject, const QString &text)
+{
+    if (noteLines)
+        addReadNote(line, subject, TReadNoteKind::LimitReached, text);
 }
 
 void TCSPro::processOtherRanges(TCSProValueSet *valueSet, TValueSetItem *item)

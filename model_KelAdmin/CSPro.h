@@ -6,6 +6,7 @@
 #include "CSProDictionary.h"
 #include "ReadNote.h"
 
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QMessageBox>
@@ -224,6 +225,43 @@ protected:
     TReadNotes readNotes;
 
 private:
+    // Reading notes. The section loop passes the file's lines through
+    // getSection(), which remembers where the section starts, so that a note
+    // can name the file line of a trimmed section line.
+    int fileLineOf(const QString &sectionLine) const;
+    QString sectionSubject(const QStringList &section) const;
+    QString readCommand(const QStringList &section, const QString &command, const QString &def,
+                        const int *intDefault);
+    void noteCommandFromOtherLine(const QStringList &section, const QString &command, const QString &usedLine,
+                                  const QString &usedValue, const int *intDefault);
+    void noteSpecialValue(const QString &line, const TValueSetItem *entry, const TCSProValueSet *valueSet);
+    int fileLineOfCode(const QStringList &section, const QString &code) const;
+    void noteDroppedValueSet(const TCSProValueSet *valueSet, const QString &why, int line);
+    void noteDecimalCodes(const QStringList &section, const TCSProValueSet *valueSet, bool converted);
+    void noteNotIntegerCode(const QStringList &section, const TCSProValueSet *valueSet);
+    void noteLinkedValueSet(const QString &linkLine, const TCSProValueSet *valueSet);
+    void noteFirstItemCopies(const TCSProValueSet *valueSet);
+    void noteUndecodableLine(int line, const QString &text);
+    void noteLimit(int line, const QString &subject, const QString &text);
+    QString readCommandLine(const QStringList &section, const QString &command) const;
+
+    // The steps of the [Item] and [ValueSet] sections.
+    void readItemCommands(const QStringList &section, TCSProItem *item);
+    void storeOccurrenceCopies(const QStringList &section, const TCSProItem &item);
+    QString readValueLines(const QStringList &section, TCSProValueSet *valueSet);
+    TValueSetItem *readValueLine(const QString &line, TCSProValueSet *valueSet);
+    void readSpecialValue(const QString &line, TValueSetItem *pending, const TCSProValueSet *valueSet);
+    bool decideDecimalCodes(const QStringList &section, TCSProValueSet *valueSet);
+    void attachValueSet(TCSProValueSet *valueSet);
+
+    const QStringList *noteLines = nullptr;
+    int noteSectionHeader = -1;
+    // Link id to the name of the first value set with that link and values of its own.
+    QHash<QString, QString> linkedValueSets;
+    // The copies of the dictionary's first item when it repeats all carry index 0.
+    int firstItemCopies = 0;
+    QString firstItemName;
+
     int execMessageBox(const QString &text, const QString &informative, const QString &title,
                        QMessageBox::Icon icon);
 };

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <QTextCodec>
 
 namespace {
 
@@ -1031,4 +1032,282 @@ TEST(CSPro, HostileNumbersLoadCleanly)
     };
     for (const char *c : cases)
         loadsCleanly(dir, QByteArray(c));
+}
+
+// ------------------------------------------------------------------ reading notes
+
+namespace {
+
+TReadNote note(int line, const char *subject, const char *kind, const QString &text)
+{
+    return TReadNote(line, QString::fromUtf8(subject), QString::fromLatin1(kind), text);
+}
+
+void expectNotes(const TReadNotes &actual, const TReadNotes &expected)
+{
+    ASSERT_EQ(actual.size(), expected.size()) << "notes: " << actual.size();
+    for (int i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(actual.at(i).getLine(), expected.at(i).getLine()) << "note " << i;
+        EXPECT_EQ(actual.at(i).getSubject(), expected.at(i).getSubject()) << "note " << i;
+        EXPECT_EQ(actual.at(i).getKind(), expected.at(i).getKind()) << "note " << i;
+        EXPECT_EQ(actual.at(i).getText(), expected.at(i).getText()) << "note " << i;
+    }
+}
+
+// Loads \a lines the way loadFromFile() does after reading them; line n of the
+// list is line n + 1 of a file.
+TReadNotes notesOf(TCSPro &d, QStringList lines)
+{
+    d.loadFromStr(&lines);
+    return d.getReadNotes();
+}
+
+TReadNotes notesOf(QStringList lines)
+{
+    TCSPro d;
+    d.setDecimalMode(2);
+    d.setDecimalAnswer(QMessageBox::NoToAll);
+    return notesOf(d, lines);
+}
+
+} // namespace
+
+TEST(CSProNotes, DictionaryCarriedOverWholeGivesNoNotes)
+{
+    expectNotes(notesOf(L({"[Dictionary]", "Name=D", "RecordTypeStart=1", "RecordTypeLen=1", "", "[Record]",
+                           "Label=Person", "Name=PERSON", "RecordTypeValue='P'", "[Item]", "Label=Age", "Name=AGE",
+                           "Start=2", "Len=2", "[ValueSet]", "Name=AGE_VS1", "Value=0:97;Years", "Value=98;Old"})),
+                {});
+}
+
+TEST(CSProNotes, NameTakenFromTheLabelLineThatContainsTheWord)
+{
+    const QStringList lines = L({"[Item]", "Label=Name of the head", "Name=HEAD", "Start=1", "Len=2"});
+    expectNotes(notesOf(lines),
+                {note(2, "HEAD", "key-from-other-line",
+                      QStringLiteral("Name was read from the line 'Label=Name of the head', which gave 'Name of "
+                                     "the head'; its own line 'Name=HEAD' says 'HEAD'."))});
+}
+
+TEST(CSProNotes, LengthTakenFromALabelThatContainsLenGivesTheDefault)
+{
+    // "Len" is found in "Label=Length of stay": not a number, so the length is 0.
+    const QStringList lines = L({"", "[Item]", "Label=Length of stay", "Name=STAY", "Start=5", "Len=3"});
+    expectNotes(notesOf(lines),
+                {note(3, "STAY", "key-from-other-line",
+                      QStringLiteral("Len was read from the line 'Label=Length of stay', which gave '0'; its own "
+                                     "line 'Len=3' says '3'."))});
+}
+
+TEST(CSProNotes, LineWithASecondEqualsSignGivesTheDefault)
+{
+    const QStringList lines = L({"[Record]", "Label=a=b", "Name=R", "RecordTypeValue='R'"});
+    expectNotes(notesOf(lines), {note(2, "R", "key-from-other-line",
+                                      QStringLiteral("Label: its line 'Label=a=b' holds a second '=', so the "
+                                                     "reading kept '' instead of 'a=b'."))});
+}
+
+TEST(CSProNotes, AbsentCommandFoundInAnotherLineWithoutLossGivesNoNote)
+{
+    // "Decimal" is found in "DecimalChar=Yes": not a number, so the default 0,
+    // which is what the absent command means anyway.
+    expectNotes(notesOf(L({"[Item]", "Name=X", "Start=1", "Len=2", "DecimalChar=Yes"})), {});
+}
+
+TEST(CSProNotes, SpecialValueLinesAreNotedWithTheirCodes)
+{
+    TCSPro d;
+    const TReadNotes notes = notesOf(d, L({"[Item]", "Name=AGE", "Start=1", "Len=2", "[ValueSet]", "Name=AGE_VS1",
+                                           "Value=98;Refused", "Name=REFUSED,Special", "Value=99;Missing",
+                                           "Name=missing,special", "Value=97;Not applicable", "Name=NOTAPPL,Special"}));
+    expectNotes(notes,
+                {note(8, "AGE_VS1", "special-not-read",
+                      QStringLiteral("The line 'Name=REFUSED,Special' makes the code '98' the special value REFUSED "
+                                     "in CSPro; the reading kept 98 as an ordinary code.")),
+                 note(10, "AGE_VS1", "special-not-read",
+                      QStringLiteral("The line 'Name=missing,special' makes the code '99' the special value MISSING "
+                                     "in CSPro; the reading kept 99 as an ordinary code, and the item gets no "
+                                     "missing code.")),
+                 note(12, "AGE_VS1", "special-not-read",
+                      QStringLiteral("The line 'Name=NOTAPPL,Special' makes the code '97' the special value NOTAPPL "
+                                     "in CSPro; the reading kept 97 as an ordinary code, and the item gets no "
+                                     "not-applicable code."))});
+    // The notes tell; the reading is unchanged: no codes set, ordinary entries.
+    EXPECT_TRUE(d.getItem(0)->missingCode.isEmpty());
+    EXPECT_TRUE(d.getItem(0)->notApplCode.isEmpty());
+    EXPECT_EQ(entriesOf(d.getItem(0)), L({"97=Not applicable/0", "98=Refused/0", "99=Missing/0"}));
+}
+
+TEST(CSProNotes, ValueLineWithSeveralCodesDropsTheValueSet)
+{
+    const QStringList lines = L({"[Item]", "Name=AGE", "Start=1", "Len=2", "[ValueSet]", "Name=AGE_VS2",
+                                 "Value=0 1:14 15:19;Young", "Value=20;Adult"});
+    expectNotes(notesOf(lines), {note(7, "AGE_VS2", "value-set-dropped",
+                                      QStringLiteral("Value set AGE_VS2 dropped: the value line "
+                                                     "'Value=0 1:14 15:19;Young' lists several codes."))});
+}
+
+TEST(CSProNotes, CodeThatIsNoWholeNumberDropsTheValueSet)
+{
+    const QStringList lines = L({"[Item]", "Name=SEX", "Start=1", "Len=1", "[ValueSet]", "Name=SEX_VS1",
+                                 "Value=1;Male", "Value=F;Female"});
+    expectNotes(notesOf(lines), {note(8, "SEX_VS1", "value-set-dropped",
+                                      QStringLiteral("Value set SEX_VS1 dropped: the code 'F' of the value line "
+                                                     "'Value=F;Female' is not a whole number."))});
+}
+
+TEST(CSProNotes, DecimalCodesAnsweredNoToAllDropTheValueSet)
+{
+    const QStringList lines = L({"[Item]", "Name=AREA", "Start=1", "Len=4", "[ValueSet]", "Name=AREA_VS1",
+                                 "Value=1;One", "Value=0.5;Half"});
+    expectNotes(notesOf(lines), {note(8, "AREA_VS1", "value-set-dropped",
+                                      QStringLiteral("Value set AREA_VS1 dropped: the codes 0.5 are not whole "
+                                                     "numbers and the decimal prompt was answered No to All."))});
+}
+
+TEST(CSProNotes, DecimalCodesAnsweredYesToAllBecomeZero)
+{
+    TCSPro d;
+    d.setDecimalMode(1);
+    d.setDecimalAnswer(QMessageBox::YesToAll);
+    const TReadNotes notes = notesOf(d, L({"[Item]", "Name=AREA", "Start=1", "Len=4", "[ValueSet]",
+                                           "Name=AREA_VS1", "Value=0.5;Half", "Value=1.5;One and a half",
+                                           "Value=2;Two"}));
+    expectNotes(notes, {note(7, "AREA_VS1", "value-codes-changed",
+                             QStringLiteral("Value set AREA_VS1: the codes 0.5, 1.5 are not whole numbers; the "
+                                            "decimal prompt was answered Yes to All, so the reading turned them "
+                                            "into 0."))});
+    EXPECT_EQ(codesOf(d.getItem(0)), L({"0", "0", "2"}));
+}
+
+TEST(CSProNotes, SecondValueSetOfAnItemIsNotedAsDropped)
+{
+    const QStringList lines = L({"[Item]", "Name=AGE", "Start=1", "Len=2", "[ValueSet]", "Name=AGE_VS1",
+                                 "Value=1;One", "[ValueSet]", "Name=AGE_VS2", "Value=2;Two"});
+    expectNotes(notesOf(lines), {note(8, "AGE_VS2", "value-set-dropped",
+                                      QStringLiteral("Value set AGE_VS2 dropped: its item already has the value "
+                                                     "set AGE_VS1, and only the first is kept."))});
+}
+
+TEST(CSProNotes, ValueSetBeforeAnyItemIsNotedAsDropped)
+{
+    expectNotes(notesOf(L({"[ValueSet]", "Name=LOOSE", "Value=1;One"})),
+                {note(1, "LOOSE", "value-set-dropped",
+                      QStringLiteral("Value set LOOSE dropped: no item comes before it."))});
+}
+
+TEST(CSProNotes, LinkedValueSetWithoutValuesIsNotedWhenAnEarlierSetHasThem)
+{
+    const QStringList lines = L({"[Item]", "Name=ACT1", "Start=1", "Len=1", "[ValueSet]", "Name=ACT1_VS1",
+                                 "Link=7", "Value=1;Employed", "[Item]", "Name=ACT2", "Start=2", "Len=1",
+                                 "[ValueSet]", "Name=ACT2_VS1", "Link=7", "[Item]", "Name=ACT3", "Start=3",
+                                 "Len=1", "[ValueSet]", "Name=ACT3_VS1", "Link=8"});
+    // ACT3_VS1 has a link no earlier set carries values for: nothing is lost.
+    expectNotes(notesOf(lines), {note(15, "ACT2_VS1", "linked-value-set-empty",
+                                      QStringLiteral("Value set ACT2_VS1 has no values of its own: CSPro fills it "
+                                                     "from value set ACT1_VS1, which has the same link 7; the "
+                                                     "reading leaves it empty."))});
+}
+
+TEST(CSProNotes, ValueSetOfARepeatedFirstItemReachesOnlyItsLastCopy)
+{
+    TCSPro d;
+    const TReadNotes notes = notesOf(d, L({"[Item]", "Name=X", "Start=1", "Len=1", "Occurrences=3", "[ValueSet]",
+                                           "Name=X_VS1", "Value=1;Yes"}));
+    expectNotes(notes, {note(6, "X", "occurrence-value-set",
+                             QStringLiteral("Item X is the dictionary's first item and has 3 occurrences; only its "
+                                            "last copy gets value set X_VS1, the other 2 copies get none."))});
+    EXPECT_FALSE(d.getItem(0)->getHasValueSet());
+    EXPECT_FALSE(d.getItem(1)->getHasValueSet());
+    EXPECT_TRUE(d.getItem(2)->getHasValueSet());
+}
+
+TEST(CSProNotes, RepeatedItemAfterTheFirstSharesItsValueSetWithoutNote)
+{
+    expectNotes(notesOf(L({"[Item]", "Name=A", "Start=1", "Len=1", "[Item]", "Name=X", "Start=2", "Len=1",
+                           "Occurrences=3", "[ValueSet]", "Name=X_VS1", "Value=1;Yes"})),
+                {});
+}
+
+TEST(CSProNotes, OccurrencesPastTheLimitAreNotedBeforeTheError)
+{
+    TCSPro d;
+    QStringList lines = L({"[Item]", "Name=BIG", "Start=1", "Len=1", "Occurrences=10000"});
+    try {
+        d.loadFromStr(&lines);
+        FAIL() << "expected error 242";
+    } catch (KxErrorManager *e) {
+        EXPECT_EQ(e->getErrorNumber(), 242);
+        delete e;
+    }
+    expectNotes(d.getReadNotes(), {note(5, "BIG", "limit-reached",
+                                        QStringLiteral("Item BIG has 10000 occurrences, more than the 9999 that are "
+                                                       "expanded; the reading stops here with error 242."))});
+}
+
+TEST(CSProNotes, ExpansionPastTheItemLimitIsNoted)
+{
+    TCSPro d;
+    QStringList lines;
+    // 25 items of 9999 occurrences stay below 250,000 items; the 26th does not.
+    for (int i = 0; i < 25; ++i)
+        lines << QStringLiteral("[Item]") << QStringLiteral("Name=I%1").arg(i) << QStringLiteral("Len=1")
+              << QStringLiteral("Occurrences=9999");
+    lines << QStringLiteral("[Item]") << QStringLiteral("Name=LAST") << QStringLiteral("Len=1")
+          << QStringLiteral("Occurrences=9999");
+    try {
+        d.loadFromStr(&lines);
+        FAIL() << "expected error 242";
+    } catch (KxErrorManager *e) {
+        delete e;
+    }
+    expectNotes(d.getReadNotes(), {note(25 * 4 + 4, "LAST", "limit-reached",
+                                        QStringLiteral("Item LAST with 9999 occurrences would make more than 250000 "
+                                                       "items; the reading stops here with error 242."))});
+    EXPECT_EQ(d.getItemsCount(), 25 * 9999);
+}
+
+TEST(CSProNotes, UndecodableBytesAreNotedWithTheirLine)
+{
+    if (QTextCodec::codecForLocale()->name() != "UTF-8")
+        GTEST_SKIP() << "the locale's text codec is " << QTextCodec::codecForLocale()->name().toStdString()
+                     << ", which decodes every byte";
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("bad.dcf"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[Item]\nLabel=Caf\xff\nName=CAFE\nStart=1\nLen=1\n");
+    file.close();
+    TCSPro d;
+    d.loadFromFile(path);
+    const QString label = QStringLiteral("Label=Caf") + QChar(QChar::ReplacementCharacter);
+    expectNotes(d.getReadNotes(),
+                {TReadNote(2, label, QStringLiteral("undecodable-text"),
+                           QStringLiteral("Line 2 holds bytes that are not valid text; the reading kept a "
+                                          "replacement character (U+FFFD) in their place: '%1'.")
+                               .arg(label))});
+    EXPECT_EQ(d.getItem(0)->label, QStringLiteral("Caf") + QChar(QChar::ReplacementCharacter));
+}
+
+TEST(CSProNotes, EachLoadFromFileStartsWithNoNotes)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("plain.dcf"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[Item]\nLabel=Name of X\nName=X\nLen=1\n");
+    file.close();
+    TCSPro d;
+    d.loadFromFile(path);
+    EXPECT_EQ(d.getReadNotes().size(), 1);
+    d.loadFromFile(path);
+    EXPECT_EQ(d.getReadNotes().size(), 1);
+}
+
+TEST(CSProNotes, ProcessLineOutsideALoadWritesNoNote)
+{
+    TCSPro d;
+    EXPECT_EQ(d.processLine(L({"Label=Name of X", "Name=X"}), QStringLiteral("Name"), QString()),
+              QStringLiteral("Name of X"));
+    EXPECT_TRUE(d.getReadNotes().isEmpty());
 }
