@@ -71,7 +71,32 @@ void TCSProJson::loadFromJson(QString path)
     const QJsonObject dictionary = root.value(QStringLiteral("dictionary")).isObject()
         ? root.value(QStringLiteral("dictionary")).toObject()
         : root;
+    const ItemDefaults defaults = readDictionaryMembers(dictionary);
+    commonRecord->label = QStringLiteral("Common");
+    valueSetEntries = 0;
+    valueSetBudgetNoted = false;
+    linkedValueSets.clear();
 
+    const QJsonValue levelsValue = dictionary.value(QStringLiteral("levels"));
+    if (!levelsValue.isArray())
+        return;
+    const QJsonArray levels = levelsValue.toArray();
+    readIdItems(levels, defaults);
+    for (const QJsonValue &levelValue : levels) {
+        if (!levelValue.isObject())
+            continue;
+        const QJsonValue recordsValue = levelValue.toObject().value(QStringLiteral("records"));
+        if (!recordsValue.isArray())
+            continue;
+        for (const QJsonValue &recordValue : recordsValue.toArray()) {
+            if (recordValue.isObject())
+                readRecord(recordValue.toObject(), defaults);
+        }
+    }
+}
+
+TCSProJson::ItemDefaults TCSProJson::readDictionaryMembers(const QJsonObject &dictionary)
+{
     name = dictionary.value(QStringLiteral("name")).toString();
     const QJsonValue versionValue = dictionary.value(QStringLiteral("version"));
     version = QString::number(versionValue.isDouble() ? versionValue.toDouble() : 8.0, 'g', 6);
@@ -84,21 +109,18 @@ void TCSProJson::loadFromJson(QString path)
         recordTypeLen = 0;
     }
 
-    const bool relativePositions = dictionary.value(QStringLiteral("relativePositions")).toBool(true);
-    bool defaultDecimalMark = false;
-    bool defaultZeroFill = false;
-    const QJsonValue defaults = dictionary.value(QStringLiteral("defaults"));
-    if (defaults.isObject()) {
-        defaultDecimalMark = defaults.toObject().value(QStringLiteral("decimalMark")).toBool(false);
-        defaultZeroFill = defaults.toObject().value(QStringLiteral("zeroFill")).toBool(false);
+    ItemDefaults defaults;
+    defaults.relativePositions = dictionary.value(QStringLiteral("relativePositions")).toBool(true);
+    const QJsonValue defaultsValue = dictionary.value(QStringLiteral("defaults"));
+    if (defaultsValue.isObject()) {
+        defaults.decimalMark = defaultsValue.toObject().value(QStringLiteral("decimalMark")).toBool(false);
+        defaults.zeroFill = defaultsValue.toObject().value(QStringLiteral("zeroFill")).toBool(false);
     }
-    commonRecord->label = QStringLiteral("Common");
+    return defaults;
+}
 
-    const QJsonValue levelsValue = dictionary.value(QStringLiteral("levels"));
-    if (!levelsValue.isArray())
-        return;
-    const QJsonArray levels = levelsValue.toArray();
-
+void TCSProJson::readIdItems(const QJsonArray &levels, const ItemDefaults &defaults)
+{
     // Identification items belong to the common record.
     for (const QJsonValue &levelValue : levels) {
         if (!levelValue.isObject())
@@ -113,105 +135,139 @@ void TCSProJson::loadFromJson(QString path)
         for (const QJsonValue &itemValue : idItems.toArray()) {
             if (!itemValue.isObject())
                 continue;
-            const QJsonObject item = completeItem(itemValue.toObject(), relativePositions, position,
-                                                  defaultDecimalMark, defaultZeroFill);
-            readItem(item, commonRecord, position, relativePositions, defaultDecimalMark, defaultZeroFill);
+            const QJsonObject item = completeItem(itemValue.toObject(), defaults.relativePositions, position,
+                                                  defaults.decimalMark, defaults.zeroFill);
+            readItem(item, commonRecord, position, defaults.relativePositions, defaults.decimalMark,
+                     defaults.zeroFill);
+            noteItem(item, currentItem->start);
         }
     }
+}
 
-    for (const QJsonValue &levelValue : levels) {
-        if (!levelValue.isObject())
-            continue;
-        const QJsonValue recordsValue = levelValue.toObject().value(QStringLiteral("records"));
-        if (!recordsValue.isArray())
-            continue;
-        for (const QJsonValue &recordValue : recordsValue.toArray()) {
-            if (!recordValue.isObject())
-                continue;
-            const QJsonObject jsonRecord = recordValue.toObject();
-            auto *record = new TCSProRecord;
-            record->name = jsonRecord.value(QStringLiteral("name")).toString();
-            record->label = readLabel(jsonRecord);
-            record->recordTypeValue = jsonRecord.value(QStringLiteral("recordType")).toString();
-            qDebug() << "Record" << record->name << record->recordTypeValue;
+void TCSProJson::readRecord(const QJsonObject &jsonRecord, const ItemDefaults &defaults)
+{
+    auto *record = new TCSProRecord;
+    record->name = jsonRecord.value(QStringLiteral("name")).toString();
+    record->label = readLabel(jsonRecord);
+    record->recordTypeValue = jsonRecord.value(QStringLiteral("recordType")).toString();
+    // The front end relies on this debug line.
+    qDebug() << "Record" << record->name << record->recordTypeValue;
 
-            const QJsonValue occurrences = jsonRecord.value(QStringLiteral("occurrences"));
-            if (occurrences.isObject()) {
-                record->maxRecords = occurrences.toObject().value(QStringLiteral("maximum")).toInt(1);
-                record->required =
-                    occurrences.toObject().value(QStringLiteral("required")).toBool(false) ? QStringLiteral("YES")
-                                                                                            : QStringLiteral("NO");
-            } else {
-                record->maxRecords = 1;
-                record->required = QStringLiteral("NO");
-            }
-
-            records->append(record);
-            currentRecord = record;
-            if (!record->recordTypeValue.isEmpty())
-                recordsByValue->insert(record->recordTypeValue, record);
-
-            int position = 1;
-            const QJsonValue itemsValue = jsonRecord.value(QStringLiteral("items"));
-            if (!itemsValue.isArray())
-                continue;
-            for (const QJsonValue &itemValue : itemsValue.toArray()) {
-                if (!itemValue.isObject())
-                    continue;
-                const QJsonObject item = completeItem(itemValue.toObject(), relativePositions, position,
-                                                      defaultDecimalMark, defaultZeroFill);
-                int count = 1;
-                const QJsonValue itemOccurrences = item.value(QStringLiteral("occurrences"));
-                if (itemOccurrences.isObject())
-                    count = itemOccurrences.toObject().value(QStringLiteral("maximum")).toInt(1);
-                if (count < 2) {
-                    readItem(item, record, position, relativePositions, defaultDecimalMark, defaultZeroFill);
-                    continue;
-                }
-
-                // Counts come from the file: at most MaxOccurrences copies are
-                // made, and copies whose start would leave int are not made.
-                count = std::min(count, int(MaxOccurrences));
-                const QString itemLabel = readLabel(item);
-                const QString itemName = item.value(QStringLiteral("name")).toString();
-                const int alpha = isAlphaContent(item) ? 1 : 0;
-                const int len = item.value(QStringLiteral("length")).toInt(0);
-                const bool decimalMark = item.value(QStringLiteral("decimalMark")).toBool(defaultDecimalMark);
-                const bool zeroFillValue = item.value(QStringLiteral("zeroFill")).toBool(defaultZeroFill);
-                const int start = item.value(QStringLiteral("start")).toInt(position);
-                const int index = items->size();
-                // The copies share the value set read for the first one, and no
-                // copy is made past MaxExpandedItems items: a few bytes of
-                // "occurrences" must not turn into millions of objects.
-                TCSProValueSet *sharedValueSet = nullptr;
-                for (int i = 1; i <= count; ++i) {
-                    const qint64 copyStart = qint64(start) + qint64(i - 1) * qint64(len);
-                    if (copyStart != qint64(clampToInt(copyStart)) || items->size() >= MaxExpandedItems)
-                        break;
-                    auto *copy = new TCSProItem;
-                    copy->name = itemName + UNDERSCORE + QString::number(i);
-                    copy->label = itemLabel;
-                    copy->start = int(copyStart);
-                    copy->len = len;
-                    copy->isAlpha = alpha;
-                    copy->occurrences = 1;
-                    copy->index = index;
-                    copy->decimalChar = decimalMark;
-                    copy->zeroFill = zeroFillValue;
-                    copy->record = record;
-                    if (i == 1) {
-                        readValueSet(copy, item);
-                        sharedValueSet = copy->getHasValueSet() ? copy->getValueSet(0) : nullptr;
-                    } else if (sharedValueSet) {
-                        copy->addValueSet(sharedValueSet);
-                    }
-                    record->addItem(copy);
-                    items->append(copy);
-                }
-                position = clampToInt(qint64(start) + qint64(count) * qint64(std::max(len, 1)));
-            }
-        }
+    const QJsonValue occurrences = jsonRecord.value(QStringLiteral("occurrences"));
+    if (occurrences.isObject()) {
+        record->maxRecords = occurrences.toObject().value(QStringLiteral("maximum")).toInt(1);
+        record->required = occurrences.toObject().value(QStringLiteral("required")).toBool(false)
+            ? QStringLiteral("YES")
+            : QStringLiteral("NO");
+        noteOccurrenceLabels(QStringLiteral("Record"), record->name, occurrences.toObject());
+    } else {
+        record->maxRecords = 1;
+        record->required = QStringLiteral("NO");
     }
+
+    records->append(record);
+    currentRecord = record;
+    if (!record->recordTypeValue.isEmpty())
+        recordsByValue->insert(record->recordTypeValue, record);
+
+    int position = 1;
+    const QJsonValue itemsValue = jsonRecord.value(QStringLiteral("items"));
+    if (!itemsValue.isArray())
+        return;
+    for (const QJsonValue &itemValue : itemsValue.toArray()) {
+        if (!itemValue.isObject())
+            continue;
+        const QJsonObject item = completeItem(itemValue.toObject(), defaults.relativePositions, position,
+                                              defaults.decimalMark, defaults.zeroFill);
+        int count = 1;
+        const QJsonValue itemOccurrences = item.value(QStringLiteral("occurrences"));
+        if (itemOccurrences.isObject())
+            count = itemOccurrences.toObject().value(QStringLiteral("maximum")).toInt(1);
+        if (count < 2) {
+            readItem(item, record, position, defaults.relativePositions, defaults.decimalMark, defaults.zeroFill);
+            noteItem(item, currentItem->start);
+            continue;
+        }
+        readRepeatedItem(item, record, position, count, defaults);
+    }
+}
+
+void TCSProJson::readRepeatedItem(const QJsonObject &item, TCSProRecord *record, int &position, int count,
+                                  const ItemDefaults &defaults)
+{
+    const QString itemName = item.value(QStringLiteral("name")).toString();
+    // Counts come from the file: at most MaxOccurrences copies are made, and
+    // copies whose start would leave int are not made.
+    if (count > MaxOccurrences) {
+        addReadNote(0, itemName, TReadNoteKind::LimitReached,
+                    QStringLiteral("Item %1 has %2 occurrences; the reading made only the first %3.")
+                        .arg(itemName)
+                        .arg(count)
+                        .arg(MaxOccurrences));
+        count = MaxOccurrences;
+    }
+    const QString itemLabel = readLabel(item);
+    const int alpha = isAlphaContent(item) ? 1 : 0;
+    const int len = item.value(QStringLiteral("length")).toInt(0);
+    const bool decimalMark = item.value(QStringLiteral("decimalMark")).toBool(defaults.decimalMark);
+    const bool zeroFillValue = item.value(QStringLiteral("zeroFill")).toBool(defaults.zeroFill);
+    const int start = item.value(QStringLiteral("start")).toInt(position);
+    const int index = items->size();
+    noteItem(item, start);
+    TCSProValueSet *firstValueSet = nullptr;
+    for (int i = 1; i <= count; ++i) {
+        const qint64 copyStart = qint64(start) + qint64(i - 1) * qint64(len);
+        if (copyStart != qint64(clampToInt(copyStart)))
+            break;
+        // A few bytes of "occurrences" must not turn into millions of objects.
+        if (items->size() >= MaxExpandedItems) {
+            addReadNote(0, itemName, TReadNoteKind::LimitReached,
+                        QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the "
+                                       "dictionary reached %3 items.")
+                            .arg(itemName)
+                            .arg(i)
+                            .arg(MaxExpandedItems));
+            break;
+        }
+        auto *copy = new TCSProItem;
+        copy->name = itemName + UNDERSCORE + QString::number(i);
+        copy->label = itemLabel;
+        copy->start = int(copyStart);
+        copy->len = len;
+        copy->isAlpha = alpha;
+        copy->occurrences = 1;
+        copy->index = index;
+        copy->decimalChar = decimalMark;
+        copy->zeroFill = zeroFillValue;
+        copy->record = record;
+        readCopyValueSet(copy, item, i == 1, firstValueSet);
+        if (i == 1)
+            firstValueSet = copy->getHasValueSet() ? copy->getValueSet(0) : nullptr;
+        record->addItem(copy);
+        items->append(copy);
+    }
+    position = clampToInt(qint64(start) + qint64(count) * qint64(std::max(len, 1)));
+}
+
+void TCSProJson::readCopyValueSet(TCSProItem *copy, const QJsonObject &item, bool first,
+                                  TCSProValueSet *firstValueSet)
+{
+    // Each copy reads its own value set until the dictionary's entry budget
+    // is spent; later copies share the value set of their first copy.
+    if (first || valueSetEntries < MaxValueSetEntries || !firstValueSet) {
+        readValueSet(copy, item, first);
+        return;
+    }
+    if (!valueSetBudgetNoted) {
+        valueSetBudgetNoted = true;
+        addReadNote(0, item.value(QStringLiteral("name")).toString(), TReadNoteKind::LimitReached,
+                    QStringLiteral("Value sets of repeated items passed %1 entries in all: from copy %2 of "
+                                   "item %3 on, the copies share the value set of their first copy.")
+                        .arg(MaxValueSetEntries)
+                        .arg(copy->name.mid(copy->name.lastIndexOf(UNDERSCORE) + 1))
+                        .arg(item.value(QStringLiteral("name")).toString()));
+    }
+    copy->addValueSet(firstValueSet);
 }
 
 QString TCSProJson::readLabel(const QJsonObject &object)
@@ -261,10 +317,16 @@ void TCSProJson::readItem(const QJsonObject &jsonItem, TCSProRecord *record, int
 
 void TCSProJson::readValueSet(TCSProItem *item, const QJsonObject &jsonItem)
 {
+    readValueSet(item, jsonItem, true);
+}
+
+void TCSProJson::readValueSet(TCSProItem *item, const QJsonObject &jsonItem, bool withNotes)
+{
     const QJsonValue valueSets = jsonItem.value(QStringLiteral("valueSets"));
     if (!valueSets.isArray() || valueSets.toArray().isEmpty() || !valueSets.toArray().first().isObject())
         return;
-    const QJsonObject jsonValueSet = valueSets.toArray().first().toObject();
+    const QJsonArray sets = valueSets.toArray();
+    const QJsonObject jsonValueSet = sets.first().toObject();
 
     auto *valueSet = new TCSProValueSet;
     valueSet->name = jsonValueSet.value(QStringLiteral("name")).toString();
@@ -273,27 +335,116 @@ void TCSProJson::readValueSet(TCSProItem *item, const QJsonObject &jsonItem)
     const QJsonValue values = jsonValueSet.value(QStringLiteral("values"));
     if (values.isArray()) {
         for (const QJsonValue &value : values.toArray()) {
-            if (!value.isObject())
-                continue;
-            const QJsonObject jsonValue = value.toObject();
-            QString code;
-            const QJsonValue pairs = jsonValue.value(QStringLiteral("pairs"));
-            if (pairs.isArray() && !pairs.toArray().isEmpty() && pairs.toArray().first().isObject()) {
-                const QJsonObject pair = pairs.toArray().first().toObject();
-                const QJsonValue range = pair.value(QStringLiteral("range"));
-                if (pair.contains(QStringLiteral("value")))
-                    code = pair.value(QStringLiteral("value")).toString();
-                else if (range.isArray() && range.toArray().size() == 2)
-                    code = range.toArray().at(0).toString() + COLONCHR + range.toArray().at(1).toString();
-            }
-            // An entry with an empty code is kept.
-            auto *entry = new TValueSetItem;
-            entry->code = code;
-            entry->name = readLabel(jsonValue);
-            entry->type = 0;
-            entry->special = false;
-            valueSet->addItem(entry);
+            if (value.isObject())
+                valueSet->addItem(readValue(value.toObject(), valueSet->name, withNotes));
         }
     }
+    valueSetEntries += valueSet->items->size();
     item->addValueSet(valueSet);
+    if (withNotes) {
+        noteLinkedValueSet(jsonValueSet, valueSet);
+        noteFurtherValueSets(jsonItem, sets, valueSet->name);
+    }
+}
+
+TValueSetItem *TCSProJson::readValue(const QJsonObject &jsonValue, const QString &valueSetName, bool withNotes)
+{
+    QString code;
+    const QJsonValue pairs = jsonValue.value(QStringLiteral("pairs"));
+    if (pairs.isArray() && !pairs.toArray().isEmpty() && pairs.toArray().first().isObject()) {
+        const QJsonObject pair = pairs.toArray().first().toObject();
+        const QJsonValue range = pair.value(QStringLiteral("range"));
+        if (pair.contains(QStringLiteral("value"))) {
+            code = pair.value(QStringLiteral("value")).toString();
+        } else if (range.isArray() && range.toArray().size() == 2) {
+            code = range.toArray().at(0).toString() + COLONCHR + range.toArray().at(1).toString();
+            if (withNotes)
+                addReadNote(0, valueSetName, TReadNoteKind::RangeCode,
+                            QStringLiteral("Value set %1: the range %2 to %3 is kept as the one code '%4', "
+                                           "which reads as the number 0 for bounds.")
+                                .arg(valueSetName, range.toArray().at(0).toString(),
+                                     range.toArray().at(1).toString(), code));
+        }
+    }
+    if (withNotes && jsonValue.contains(QStringLiteral("special")))
+        addReadNote(0, valueSetName, TReadNoteKind::SpecialNotRead,
+                    QStringLiteral("Value set %1: the code '%2' is the special value %3 in CSPro; the reading "
+                                   "kept it as an ordinary code.")
+                        .arg(valueSetName, code, jsonValue.value(QStringLiteral("special")).toString().toUpper()));
+    // An entry with an empty code is kept.
+    auto *entry = new TValueSetItem;
+    entry->code = code;
+    entry->name = readLabel(jsonValue);
+    entry->type = 0;
+    entry->special = false;
+    return entry;
+}
+
+// ---- Reading notes -------------------------------------------------------
+
+void TCSProJson::noteItem(const QJsonObject &item, int start)
+{
+    const QString itemName = item.value(QStringLiteral("name")).toString();
+    const int decimals = item.value(QStringLiteral("decimals")).toInt(0);
+    if (decimals > 0)
+        addReadNote(0, itemName, TReadNoteKind::DecimalsNotRead,
+                    QStringLiteral("Item %1 has %2; the reading kept no number of decimals.")
+                        .arg(itemName, decimals == 1 ? QStringLiteral("1 decimal")
+                                                     : QStringLiteral("%1 decimals").arg(decimals)));
+    if (item.value(QStringLiteral("subitem")).toBool(false)) {
+        QString where = QStringLiteral("Item %1 is a subitem; the reading made it an item of its own at column %2")
+                            .arg(itemName)
+                            .arg(start);
+        if (item.contains(QStringLiteral("subitemOffset")))
+            where += QStringLiteral(" (its offset %1 within its parent is not read)")
+                         .arg(item.value(QStringLiteral("subitemOffset")).toInt(0));
+        addReadNote(0, itemName, TReadNoteKind::SubitemReadAsItem, where + QLatin1Char('.'));
+    }
+    const QJsonValue occurrences = item.value(QStringLiteral("occurrences"));
+    if (occurrences.isObject())
+        noteOccurrenceLabels(QStringLiteral("Item"), itemName, occurrences.toObject());
+}
+
+void TCSProJson::noteOccurrenceLabels(const QString &what, const QString &subject, const QJsonObject &occurrences)
+{
+    const QJsonValue labels = occurrences.value(QStringLiteral("labels"));
+    if (!labels.isArray() || labels.toArray().isEmpty())
+        return;
+    addReadNote(0, subject, TReadNoteKind::OccurrenceLabelsNotRead,
+                QStringLiteral("%1 %2 has %3 occurrence labels; the reading does not keep them.")
+                    .arg(what, subject)
+                    .arg(labels.toArray().size()));
+}
+
+void TCSProJson::noteLinkedValueSet(const QJsonObject &jsonValueSet, const TCSProValueSet *valueSet)
+{
+    const QJsonValue linkValue = jsonValueSet.value(QStringLiteral("link"));
+    if (linkValue.isUndefined())
+        return;
+    const QString link = linkValue.isDouble() ? QString::number(linkValue.toDouble()) : linkValue.toString();
+    if (!valueSet->items->isEmpty()) {
+        if (!linkedValueSets.contains(link))
+            linkedValueSets.insert(link, valueSet->name);
+        return;
+    }
+    const auto first = linkedValueSets.constFind(link);
+    if (first == linkedValueSets.constEnd())
+        return;
+    addReadNote(0, valueSet->name, TReadNoteKind::LinkedValueSetEmpty,
+                QStringLiteral("Value set %1 has no values of its own: CSPro fills it from value set %2, which "
+                               "has the same link %3; the reading leaves it empty.")
+                    .arg(valueSet->name, first.value(), link));
+}
+
+void TCSProJson::noteFurtherValueSets(const QJsonObject &jsonItem, const QJsonArray &sets, const QString &kept)
+{
+    for (int i = 1; i < sets.size(); ++i) {
+        const QString setName = sets.at(i).toObject().value(QStringLiteral("name")).toString();
+        addReadNote(0, setName, TReadNoteKind::ValueSetDropped,
+                    QStringLiteral("Value set %1 dropped: item %2 has %3 value sets, and only the first, %4, is "
+                                   "read.")
+                        .arg(setName, jsonItem.value(QStringLiteral("name")).toString())
+                        .arg(sets.size())
+                        .arg(kept));
+    }
 }

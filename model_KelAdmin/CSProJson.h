@@ -5,6 +5,8 @@
 
 #include "CSPro.h"
 
+#include <QHash>
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
 
@@ -35,6 +37,38 @@ protected:
                   bool defaultDecimalMark, bool defaultZeroFill);
     //! Attaches the first value set of \a jsonItem to \a item.
     void readValueSet(TCSProItem *item, const QJsonObject &jsonItem);
+
+public:
+    /*! Value-set entries read for the copies of repeated items before later
+     * copies share the value set of their first copy: the same bound as the
+     * items, so that a few bytes of "occurrences" cannot fill the memory. */
+    static constexpr int MaxValueSetEntries = 250000;
+
+private:
+    struct ItemDefaults
+    {
+        bool relativePositions = true;
+        bool decimalMark = false;
+        bool zeroFill = false;
+    };
+    ItemDefaults readDictionaryMembers(const QJsonObject &dictionary);
+    void readIdItems(const QJsonArray &levels, const ItemDefaults &defaults);
+    void readRecord(const QJsonObject &jsonRecord, const ItemDefaults &defaults);
+    void readRepeatedItem(const QJsonObject &item, TCSProRecord *record, int &position, int count,
+                          const ItemDefaults &defaults);
+    void readCopyValueSet(TCSProItem *copy, const QJsonObject &item, bool first, TCSProValueSet *firstValueSet);
+    // withNotes is false for the copies after the first: one note per JSON object.
+    void readValueSet(TCSProItem *item, const QJsonObject &jsonItem, bool withNotes);
+    TValueSetItem *readValue(const QJsonObject &jsonValue, const QString &valueSetName, bool withNotes);
+
+    void noteItem(const QJsonObject &item, int start);
+    void noteOccurrenceLabels(const QString &what, const QString &subject, const QJsonObject &occurrences);
+    void noteLinkedValueSet(const QJsonObject &jsonValueSet, const TCSProValueSet *valueSet);
+    void noteFurtherValueSets(const QJsonObject &jsonItem, const QJsonArray &sets, const QString &kept);
+
+    qint64 valueSetEntries = 0;
+    bool valueSetBudgetNoted = false;
+    QHash<QString, QString> linkedValueSets;
 };
 
 #endif // CSPROJSON_H

@@ -985,3 +985,86 @@ TEST(CensusImport, CensusQuestionnaireCheckedAgainstTheDictionaryRecords)
     EXPECT_EQ(housing.retrieveRecord("PERSON"), &person);
     housing.setFirstChild(nullptr);
 }
+
+// ------------------------------------------------------------------ reading notes of the samples
+
+namespace {
+
+struct ExpectedNote
+{
+    int line;
+    const char *subject;
+    const char *kind;
+};
+
+// The notes' line, subject and kind; their texts are pinned by the reader tests.
+void expectNoteKinds(const TReadNotes &notes, const std::vector<ExpectedNote> &expected)
+{
+    ASSERT_EQ(notes.size(), int(expected.size()));
+    for (int i = 0; i < notes.size(); ++i) {
+        EXPECT_EQ(notes.at(i).getLine(), expected.at(size_t(i)).line) << "note " << i;
+        EXPECT_EQ(notes.at(i).getSubject(), QString::fromUtf8(expected.at(size_t(i)).subject)) << "note " << i;
+        EXPECT_EQ(notes.at(i).getKind(), QString::fromLatin1(expected.at(size_t(i)).kind)) << "note " << i;
+    }
+}
+
+template <class Importer>
+TReadNotes notesOfSample(const char *name)
+{
+    Importer importer(QStringLiteral(KX_SAMPLES_DIR "/") + QString::fromLatin1(name));
+    importer.setDecimalChoice(TDecimalChoice::NoToAll);
+    importer.openFile();
+    return importer.getReadNotes();
+}
+
+} // namespace
+
+TEST(SampleNotes, CensusTextDictionary)
+{
+    // Every Name=MISSING,Special and Name=NOTAPPL,Special line of the sample, and
+    // LANDAREA's value set with the code 0.5 dropped by the No to All answer.
+    const char *special = "special-not-read";
+    expectNoteKinds(notesOfSample<TCSProDataImport>("census.dcf"),
+                    {{89, "DWELLING_VS1", special}, {103, "ROOMS_VS1", special},
+                     {167, "LANDAREA_VS1", "value-set-dropped"}, {227, "RELATION_VS1", special},
+                     {253, "AGE_VS1", special}, {280, "BIRTHMONTH_VS1", special}, {297, "MARITAL_VS1", special},
+                     {312, "SCHOOL_VS1", special}, {314, "SCHOOL_VS1", special}, {350, "CHILDREN_VS1", special},
+                     {352, "CHILDREN_VS1", special}, {393, "DAGE_VS1", special}, {409, "DCAUSE_VS1", special}});
+}
+
+TEST(SampleNotes, CensusJsonDictionary)
+{
+    // The "special" values, the "range" pairs, ASSET's occurrence labels and
+    // the items with "decimals" (noted once the item and its value set are read).
+    const char *special = "special-not-read";
+    const char *range = "range-code";
+    expectNoteKinds(notesOfSample<TCSProJsonDataImport>("census.json"),
+                    {{0, "DWELLING_VS1", special}, {0, "ROOMS_VS1", range}, {0, "ROOMS_VS1", special},
+                     {0, "ASSET", "occurrence-labels-not-read"}, {0, "LANDAREA_VS1", range},
+                     {0, "LANDAREA", "decimals-not-read"}, {0, "RENT", "decimals-not-read"},
+                     {0, "PLINE_VS1", range}, {0, "RELATION_VS1", special}, {0, "AGE_VS1", range},
+                     {0, "AGE_VS1", special}, {0, "MARITAL_VS1", special}, {0, "SCHOOL_VS1", special},
+                     {0, "SCHOOL_VS1", special}, {0, "INCOME", "decimals-not-read"}, {0, "CHILDREN_VS1", range},
+                     {0, "CHILDREN_VS1", special}, {0, "CHILDREN_VS1", special}, {0, "DAGE_VS1", range},
+                     {0, "DAGE_VS1", special}, {0, "DCAUSE_VS1", special}});
+}
+
+TEST(SampleNotes, LabourNotesDictionaryShowsSeveralKinds)
+{
+    expectNoteKinds(notesOfSample<TCSProDataImport>("labour-notes.dcf"),
+                    {{32, "PNAME", "key-from-other-line"},
+                     {50, "AGE_VS1", "special-not-read"},
+                     {61, "HOURS_VS1", "value-set-dropped"},
+                     {87, "ACTSEC_VS1", "linked-value-set-empty"},
+                     {99, "PLOTAREA_VS1", "value-set-dropped"}});
+}
+
+TEST(SampleNotes, NotesAreEmptiedWhenTheNextOpenFileStarts)
+{
+    TCSProDataImport importer(QStringLiteral(KX_SAMPLES_DIR "/labour-notes.dcf"));
+    importer.setDecimalChoice(TDecimalChoice::NoToAll);
+    importer.openFile();
+    EXPECT_EQ(importer.getReadNotes().size(), 5);
+    importer.openFile();
+    EXPECT_EQ(importer.getReadNotes().size(), 5);
+}

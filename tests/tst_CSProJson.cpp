@@ -607,3 +607,166 @@ TEST(CSProJson, PositionsNearTheIntLimitDoNotOverflow)
     EXPECT_EQ(d.getItem(2)->start, 2147483647);
     EXPECT_EQ(d.getItem(3)->start, 2147483647);
 }
+
+// ---------------------------------------------------------------- reading notes
+
+namespace {
+
+TReadNote jsonNote(const char *subject, const char *kind, const char *text)
+{
+    return TReadNote(0, QString::fromUtf8(subject), QString::fromLatin1(kind), QString::fromUtf8(text));
+}
+
+void expectNotes(const TReadNotes &actual, const TReadNotes &expected)
+{
+    ASSERT_EQ(actual.size(), expected.size()) << "notes: " << actual.size();
+    for (int i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(actual.at(i).getLine(), expected.at(i).getLine()) << "note " << i;
+        EXPECT_EQ(actual.at(i).getSubject(), expected.at(i).getSubject()) << "note " << i;
+        EXPECT_EQ(actual.at(i).getKind(), expected.at(i).getKind()) << "note " << i;
+        EXPECT_EQ(actual.at(i).getText(), expected.at(i).getText()) << "note " << i;
+    }
+}
+
+TReadNotes notesOfJson(const QByteArray &json)
+{
+    TCSProJson d;
+    loadJson(d, json);
+    return d.getReadNotes();
+}
+
+} // namespace
+
+TEST(CSProJsonNotes, DictionaryCarriedOverWholeGivesNoNotes)
+{
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","recordType":"P","items":[
+        {"name":"AGE","length":2,"valueSets":[{"name":"AGE_VS1","values":[
+            {"labels":[{"text":"One"}],"pairs":[{"value":"1"}]}]}]}]})")),
+                {});
+}
+
+TEST(CSProJsonNotes, DecimalsOfAnItemAreNotRead)
+{
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
+        {"name":"AREA","length":5,"decimals":2},{"name":"RATE","length":3,"decimals":1},
+        {"name":"N","length":1,"decimals":0}]})")),
+                {jsonNote("AREA", "decimals-not-read", "Item AREA has 2 decimals; the reading kept no number of decimals."),
+                 jsonNote("RATE", "decimals-not-read", "Item RATE has 1 decimal; the reading kept no number of decimals.")});
+}
+
+TEST(CSProJsonNotes, SubitemIsReadAsAnItemOfItsOwn)
+{
+    // Relative positions: DATE takes columns 1-8, the subitem without "start"
+    // is placed at the running position 9 and advances it.
+    TCSProJson d;
+    loadJson(d, withRecords(R"({"name":"P","items":[{"name":"DATE","length":8},
+        {"name":"YEAR","subitem":true,"subitemOffset":0,"length":4}]})"));
+    expectNotes(d.getReadNotes(),
+                {jsonNote("YEAR", "subitem-read-as-item",
+                          "Item YEAR is a subitem; the reading made it an item of its own at column 9 (its offset 0 "
+                          "within its parent is not read).")});
+    ASSERT_EQ(d.getItemsCount(), 2);
+    EXPECT_EQ(d.getItem(1)->start, 9);
+    EXPECT_EQ(d.getItem(1)->isSubItem, 0);
+}
+
+TEST(CSProJsonNotes, RangeIsKeptAsOneCode)
+{
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"AGE","length":2,"valueSets":[
+        {"name":"AGE_VS1","values":[{"pairs":[{"range":["0","97"]}]},{"pairs":[{"value":"98"}]}]}]}]})")),
+                {jsonNote("AGE_VS1", "range-code",
+                          "Value set AGE_VS1: the range 0 to 97 is kept as the one code '0:97', which reads as the "
+                          "number 0 for bounds.")});
+}
+
+TEST(CSProJsonNotes, SpecialValuesAreKeptAsOrdinaryCodes)
+{
+    TCSProJson d;
+    loadJson(d, withRecords(R"({"name":"P","items":[{"name":"AGE","length":3,"valueSets":[
+        {"name":"AGE_VS1","values":[{"pairs":[{"value":"998"}],"special":"NOTAPPL"},
+                                    {"pairs":[{"value":"999"}],"special":"MISSING"}]}]}]})"));
+    expectNotes(d.getReadNotes(),
+                {jsonNote("AGE_VS1", "special-not-read",
+                          "Value set AGE_VS1: the code '998' is the special value NOTAPPL in CSPro; the reading kept "
+                          "it as an ordinary code."),
+                 jsonNote("AGE_VS1", "special-not-read",
+                          "Value set AGE_VS1: the code '999' is the special value MISSING in CSPro; the reading kept "
+                          "it as an ordinary code.")});
+    EXPECT_TRUE(d.getItem(0)->missingCode.isEmpty());
+    EXPECT_TRUE(d.getItem(0)->notApplCode.isEmpty());
+}
+
+TEST(CSProJsonNotes, LinkedValueSetWithoutValuesIsNoted)
+{
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
+        {"name":"ACT1","length":1,"valueSets":[{"name":"ACT_VS1","link":"3","values":[{"pairs":[{"value":"1"}]}]}]},
+        {"name":"ACT2","length":1,"valueSets":[{"name":"ACT_VS2","link":"3"}]},
+        {"name":"ACT3","length":1,"valueSets":[{"name":"ACT_VS3","link":"4"}]}]})")),
+                {jsonNote("ACT_VS2", "linked-value-set-empty",
+                          "Value set ACT_VS2 has no values of its own: CSPro fills it from value set ACT_VS1, which "
+                          "has the same link 3; the reading leaves it empty.")});
+}
+
+TEST(CSProJsonNotes, OccurrenceLabelsOfItemsAndRecordsAreNotRead)
+{
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":2,
+        "labels":[{"occurrence":1,"labels":[{"text":"First"}]},{"occurrence":2,"labels":[{"text":"Second"}]}]},
+        "items":[{"name":"DAY","length":1,"occurrences":{"maximum":7,"labels":[
+            {"occurrence":1,"labels":[{"text":"Monday"}]}]}}]})")),
+                {jsonNote("P", "occurrence-labels-not-read", "Record P has 2 occurrence labels; the reading does not keep them."),
+                 jsonNote("DAY", "occurrence-labels-not-read",
+                          "Item DAY has 1 occurrence labels; the reading does not keep them.")});
+}
+
+TEST(CSProJsonNotes, ValueSetsAfterTheFirstAreNotedAsDropped)
+{
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"AGE","length":2,"valueSets":[
+        {"name":"AGE_VS1","values":[{"pairs":[{"value":"1"}]}]},{"name":"AGE_VS2","values":[]}]}]})")),
+                {jsonNote("AGE_VS2", "value-set-dropped",
+                          "Value set AGE_VS2 dropped: item AGE has 2 value sets, and only the first, AGE_VS1, is read.")});
+}
+
+TEST(CSProJsonNotes, OccurrencesPastTheLimitAreClippedAndNoted)
+{
+    TCSProJson d;
+    loadJson(d, withRecords(R"({"name":"P","items":[{"name":"X","length":1,"occurrences":{"maximum":10000}}]})"));
+    EXPECT_EQ(d.getItemsCount(), 9999);
+    expectNotes(d.getReadNotes(),
+                {jsonNote("X", "limit-reached", "Item X has 10000 occurrences; the reading made only the first 9999.")});
+}
+
+TEST(CSProJsonNotes, EachCopyOfARepeatedItemGetsItsOwnValueSet)
+{
+    TCSProJson d;
+    loadJson(d, withRecords(R"({"name":"P","items":[{"name":"X","length":1,"occurrences":{"maximum":3},
+        "valueSets":[{"name":"X_VS1","values":[{"labels":[{"text":"Yes"}],"pairs":[{"value":"1"}]}]}]}]})"));
+    ASSERT_EQ(d.getItemsCount(), 3);
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(d.getItem(i)->getHasValueSet()) << i;
+        EXPECT_EQ(entriesOf(d.getItem(i)), QStringList{QStringLiteral("1=Yes")}) << i;
+    }
+    EXPECT_NE(d.getItem(0)->getValueSet(0), d.getItem(1)->getValueSet(0));
+    EXPECT_NE(d.getItem(1)->getValueSet(0), d.getItem(2)->getValueSet(0));
+    EXPECT_TRUE(d.getReadNotes().isEmpty());
+}
+
+TEST(CSProJsonNotes, CopiesShareTheFirstValueSetOncePastTheEntryBudget)
+{
+    // 100 codes a copy: the budget of 250,000 entries is spent after 2,500
+    // copies; copy 2,501 and later share the first copy's value set.
+    QByteArray values;
+    for (int v = 0; v < 100; ++v)
+        values += (v ? "," : "") + QByteArray(R"({"pairs":[{"value":")") + QByteArray::number(v) + "\"}]}";
+    TCSProJson d;
+    loadJson(d, withRecords(R"({"name":"P","items":[{"name":"X","length":1,"occurrences":{"maximum":3000},
+        "valueSets":[{"name":"X_VS1","values":[)" + values + "]}]}]}"));
+    ASSERT_EQ(d.getItemsCount(), 3000);
+    EXPECT_NE(d.getItem(2499)->getValueSet(0), d.getItem(0)->getValueSet(0));
+    EXPECT_EQ(d.getItem(2500)->getValueSet(0), d.getItem(0)->getValueSet(0));
+    EXPECT_EQ(d.getItem(2999)->getValueSet(0), d.getItem(0)->getValueSet(0));
+    EXPECT_EQ(d.getItem(2999)->getValueSet(0)->getCount(), 100);
+    expectNotes(d.getReadNotes(),
+                {jsonNote("X", "limit-reached",
+                          "Value sets of repeated items passed 250000 entries in all: from copy 2501 of item X on, the "
+                          "copies share the value set of their first copy.")});
+}

@@ -1476,3 +1476,35 @@ TEST_F(Inspector, CsvWithFailOnNotesPrintsEveryRowAndExitsThree)
 }
 
 } // namespace
+
+TEST_F(Inspector, FailOnNotesExitsThreeOnTheNotesSampleAfterPrintingEverything)
+{
+    const Outcome r = runInspector({QStringLiteral("--fail-on-notes"), samplePath(QStringLiteral("labour-notes.dcf"))});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 3) << r.err.toStdString();
+    const QStringList lines = r.outLines();
+    EXPECT_TRUE(lines.contains(QStringLiteral("Notes:             5")));
+    // The count by kind closes the table: the five notes of the sample's file.
+    const int byKind = lines.indexOf(QStringLiteral("Notes by kind:"));
+    ASSERT_GE(byKind, 0);
+    EXPECT_EQ(lines.mid(byKind + 1).filter(QRegularExpression(QStringLiteral("\\S"))),
+              QStringList({QStringLiteral("  key-from-other-line     1"), QStringLiteral("  linked-value-set-empty  1"),
+                           QStringLiteral("  special-not-read        1"), QStringLiteral("  value-set-dropped       2")}));
+}
+
+TEST_F(Inspector, JsonNotesOfTheNotesSampleHaveExactlyTheFourKeys)
+{
+    const Outcome r = runInspector({QStringLiteral("--json"), samplePath(QStringLiteral("labour-notes.dcf"))});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QJsonArray notes = jsonOf(r).value(QStringLiteral("notes")).toArray();
+    ASSERT_EQ(notes.size(), 5);
+    const QStringList keys{QStringLiteral("kind"), QStringLiteral("line"), QStringLiteral("subject"),
+                           QStringLiteral("text")};
+    for (const QJsonValue &note : notes)
+        EXPECT_EQ(note.toObject().keys(), keys);
+    const QJsonObject first = notes.at(0).toObject();
+    EXPECT_EQ(first.value(QStringLiteral("line")).toInt(), 32);
+    EXPECT_EQ(first.value(QStringLiteral("subject")).toString(), QStringLiteral("PNAME"));
+    EXPECT_EQ(first.value(QStringLiteral("kind")).toString(), QStringLiteral("key-from-other-line"));
+}
