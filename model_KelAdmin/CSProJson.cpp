@@ -63,7 +63,20 @@ void TCSProJson::loadFromJson(QString path)
     if (!file.open(QIODevice::ReadOnly))
         return;
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    QJsonDocument document;
+    {
+        // The file's bytes go before the model is built, as the heap then
+        // has no large block in the middle of the items.
+        const QByteArray bytes = file.readAll();
+        // Keys that only notes look for are looked up per object only when
+        // the file holds them at all: a lookup walks the object's keys.
+        noteKeys.decimals = bytes.contains("\"decimals\"");
+        noteKeys.subitem = bytes.contains("\"subitem\"");
+        noteKeys.special = bytes.contains("\"special\"");
+        noteKeys.link = bytes.contains("\"link\"");
+        document = QJsonDocument::fromJson(bytes, &error);
+    }
+    file.close();
     if (error.error != QJsonParseError::NoError || !document.isObject())
         return;
 
@@ -139,7 +152,7 @@ void TCSProJson::readIdItems(const QJsonArray &levels, const ItemDefaults &defau
                                                   defaults.decimalMark, defaults.zeroFill);
             readItem(item, commonRecord, position, defaults.relativePositions, defaults.decimalMark,
                      defaults.zeroFill);
-            noteItem(item, currentItem->start);
+            noteItem(item, currentItem->start, QJsonValue());
         }
     }
 }
@@ -185,7 +198,7 @@ void TCSProJson::readRecord(const QJsonObject &jsonRecord, const ItemDefaults &d
             count = itemOccurrences.toObject().value(QStringLiteral("maximum")).toInt(1);
         if (count < 2) {
             readItem(item, record, position, defaults.relativePositions, defaults.decimalMark, defaults.zeroFill);
-            noteItem(item, currentItem->start);
+            noteItem(item, currentItem->start, itemOccurrences);
             continue;
         }
         readRepeatedItem(item, record, position, count, defaults);
@@ -213,7 +226,7 @@ void TCSProJson::readRepeatedItem(const QJsonObject &item, TCSProRecord *record,
     const bool zeroFillValue = item.value(QStringLiteral("zeroFill")).toBool(defaults.zeroFill);
     const int start = item.value(QStringLiteral("start")).toInt(position);
     const int index = items->size();
-    noteItem(item, start);
+    noteItem(item, start, item.value(QStringLiteral("occurrences")));
     TCSProValueSet *firstValueSet = nullptr;
     for (int i = 1; i <= count; ++i) {
         const qint64 copyStart = qint64(start) + qint64(i - 1) * qint64(len);
@@ -366,7 +379,7 @@ TValueSetItem *TCSProJson::readValue(const QJsonObject &jsonValue, const QString
                                      range.toArray().at(1).toString(), code));
         }
     }
-    if (withNotes && jsonValue.contains(QStringLiteral("special")))
+    if (withNotes && noteKeys.special && jsonValue.contains(QStringLiteral("special")))
         addReadNote(0, valueSetName, TReadNoteKind::SpecialNotRead,
                     QStringLiteral("Value set %1: the code '%2' is the special value %3 in CSPro; the reading "
                                    "kept it as an ordinary code.")
@@ -382,16 +395,18 @@ TValueSetItem *TCSProJson::readValue(const QJsonObject &jsonValue, const QString
 
 // ---- Reading notes -------------------------------------------------------
 
-void TCSProJson::noteItem(const QJsonObject &item, int start)
+void TCSProJson::noteItem(const QJsonObject &item, int start, const QJsonValue &occurrences)
 {
+    if (!noteKeys.decimals && !noteKeys.subitem && !occurrences.isObject())
+        return;
     const QString itemName = item.value(QStringLiteral("name")).toString();
-    const int decimals = item.value(QStringLiteral("decimals")).toInt(0);
+    const int decimals = noteKeys.decimals ? item.value(QStringLiteral("decimals")).toInt(0) : 0;
     if (decimals > 0)
         addReadNote(0, itemName, TReadNoteKind::DecimalsNotRead,
                     QStringLiteral("Item %1 has %2; the reading kept no number of decimals.")
                         .arg(itemName, decimals == 1 ? QStringLiteral("1 decimal")
                                                      : QStringLiteral("%1 decimals").arg(decimals)));
-    if (item.value(QStringLiteral("subitem")).toBool(false)) {
+    if (noteKeys.subitem && item.value(QStringLiteral("subitem")).toBool(false)) {
         QString where = QStringLiteral("Item %1 is a subitem; the reading made it an item of its own at column %2")
                             .arg(itemName)
                             .arg(start);
@@ -400,7 +415,6 @@ void TCSProJson::noteItem(const QJsonObject &item, int start)
                          .arg(item.value(QStringLiteral("subitemOffset")).toInt(0));
         addReadNote(0, itemName, TReadNoteKind::SubitemReadAsItem, where + QLatin1Char('.'));
     }
-    const QJsonValue occurrences = item.value(QStringLiteral("occurrences"));
     if (occurrences.isObject())
         noteOccurrenceLabels(QStringLiteral("Item"), itemName, occurrences.toObject());
 }
@@ -418,6 +432,8 @@ void TCSProJson::noteOccurrenceLabels(const QString &what, const QString &subjec
 
 void TCSProJson::noteLinkedValueSet(const QJsonObject &jsonValueSet, const TCSProValueSet *valueSet)
 {
+    if (!noteKeys.link)
+        return;
     const QJsonValue linkValue = jsonValueSet.value(QStringLiteral("link"));
     if (linkValue.isUndefined())
         return;

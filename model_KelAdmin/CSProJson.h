@@ -61,11 +61,19 @@ private:
     void readValueSet(TCSProItem *item, const QJsonObject &jsonItem, bool withNotes);
     TValueSetItem *readValue(const QJsonObject &jsonValue, const QString &valueSetName, bool withNotes);
 
-    void noteItem(const QJsonObject &item, int start);
+    void noteItem(const QJsonObject &item, int start, const QJsonValue &occurrences);
     void noteOccurrenceLabels(const QString &what, const QString &subject, const QJsonObject &occurrences);
     void noteLinkedValueSet(const QJsonObject &jsonValueSet, const TCSProValueSet *valueSet);
     void noteFurtherValueSets(const QJsonObject &jsonItem, const QJsonArray &sets, const QString &kept);
 
+    // Which keys that only notes need the file holds anywhere.
+    struct NoteKeys
+    {
+        bool decimals = true;
+        bool subitem = true;
+        bool special = true;
+        bool link = true;
+    } noteKeys;
     qint64 valueSetEntries = 0;
     bool valueSetBudgetNoted = false;
     QHash<QString, QString> linkedValueSets;
