@@ -125,6 +125,7 @@ TCSPro::~TCSPro()
 void TCSPro::loadFromFile(QString path)
 {
     readNotes.clear();
+    linkedValueSets.clear();
     QStringList lines;
     QFile file(path);
     if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
@@ -420,7 +421,7 @@ void TCSPro::processValueSet(QStringList *lines, int &index)
     valueSet->isNumeric = lastItemNumeric ? 1 : 0;
 
     const QString linkLine = readValueLines(*section, valueSet);
-    noteLinkedValueSet(linkLine, valueSet);
+    noteLinkLine(linkLine, valueSet);
 
     if (!valueSet->validateItems(0) && !decideDecimalCodes(*section, valueSet)) {
         discardValueSet(valueSet);
@@ -746,11 +747,14 @@ void TCSPro::noteNotIntegerCode(const QStringList &section, const TCSProValueSet
     }
 }
 
-void TCSPro::noteLinkedValueSet(const QString &linkLine, const TCSProValueSet *valueSet)
+void TCSPro::noteLinkLine(const QString &linkLine, const TCSProValueSet *valueSet)
 {
-    if (!noteLines || linkLine.isEmpty())
-        return;
-    const QString link = linkLine.mid(5).trimmed();
+    if (noteLines && !linkLine.isEmpty())
+        noteLinkedValueSet(fileLineOf(linkLine), linkLine.mid(5).trimmed(), valueSet);
+}
+
+void TCSPro::noteLinkedValueSet(int line, const QString &link, const TCSProValueSet *valueSet)
+{
     if (!valueSet->items->isEmpty()) {
         if (!linkedValueSets.contains(link))
             linkedValueSets.insert(link, valueSet->name);
@@ -759,7 +763,7 @@ void TCSPro::noteLinkedValueSet(const QString &linkLine, const TCSProValueSet *v
     const auto first = linkedValueSets.constFind(link);
     if (first == linkedValueSets.constEnd())
         return;
-    addReadNote(fileLineOf(linkLine), valueSet->name, TReadNoteKind::LinkedValueSetEmpty,
+    addReadNote(line, valueSet->name, TReadNoteKind::LinkedValueSetEmpty,
                 QStringLiteral("Value set %1 has no values of its own: CSPro fills it from value set %2, which "
                                "has the same link %3; the reading leaves it empty.")
                     .arg(valueSet->name, first.value(), link));

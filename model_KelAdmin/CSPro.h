@@ -221,8 +221,13 @@ public:
 protected:
     //! Notes one place where the reading dropped or bent what the file says.
     void addReadNote(int line, const QString &subject, const char *kind, const QString &text);
+    /*! Remembers the first value set with values of its own for each link
+     * id, and notes a later set with the same link and no values. */
+    void noteLinkedValueSet(int line, const QString &link, const TCSProValueSet *valueSet);
     //! The notes gathered since loadFromFile() started.
     TReadNotes readNotes;
+    //! Link id to the name of the first value set with that link and values of its own.
+    QHash<QString, QString> linkedValueSets;
 
 private:
     // Reading notes. The section loop passes the file's lines through
@@ -239,7 +244,7 @@ private:
     void noteDroppedValueSet(const TCSProValueSet *valueSet, const QString &why, int line);
     void noteDecimalCodes(const QStringList &section, const TCSProValueSet *valueSet, bool converted);
     void noteNotIntegerCode(const QStringList &section, const TCSProValueSet *valueSet);
-    void noteLinkedValueSet(const QString &linkLine, const TCSProValueSet *valueSet);
+    void noteLinkLine(const QString &linkLine, const TCSProValueSet *valueSet);
     void noteFirstItemCopies(const TCSProValueSet *valueSet);
     void noteUndecodableLine(int line, const QString &text);
     void noteLimit(int line, const QString &subject, const QString &text);
@@ -256,8 +261,6 @@ private:
 
     const QStringList *noteLines = nullptr;
     int noteSectionHeader = -1;
-    // Link id to the name of the first value set with that link and values of its own.
-    QHash<QString, QString> linkedValueSets;
     // The copies of the dictionary's first item when it repeats all carry index 0.
     int firstItemCopies = 0;
     QString firstItemName;

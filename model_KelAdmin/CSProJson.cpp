@@ -48,6 +48,7 @@ TCSProJson::~TCSProJson() = default;
 void TCSProJson::loadFromFile(QString path)
 {
     readNotes.clear();
+    linkedValueSets.clear();
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return;
@@ -88,7 +89,6 @@ void TCSProJson::loadFromJson(QString path)
     commonRecord->label = QStringLiteral("Common");
     valueSetEntries = 0;
     valueSetBudgetNoted = false;
-    linkedValueSets.clear();
 
     const QJsonValue levelsValue = dictionary.value(QStringLiteral("levels"));
     if (!levelsValue.isArray())
@@ -355,7 +355,7 @@ void TCSProJson::readValueSet(TCSProItem *item, const QJsonObject &jsonItem, boo
     valueSetEntries += valueSet->items->size();
     item->addValueSet(valueSet);
     if (withNotes) {
-        noteLinkedValueSet(jsonValueSet, valueSet);
+        noteLink(jsonValueSet, valueSet);
         noteFurtherValueSets(jsonItem, sets, valueSet->name);
     }
 }
@@ -430,26 +430,15 @@ void TCSProJson::noteOccurrenceLabels(const QString &what, const QString &subjec
                     .arg(labels.toArray().size()));
 }
 
-void TCSProJson::noteLinkedValueSet(const QJsonObject &jsonValueSet, const TCSProValueSet *valueSet)
+void TCSProJson::noteLink(const QJsonObject &jsonValueSet, const TCSProValueSet *valueSet)
 {
     if (!noteKeys.link)
         return;
     const QJsonValue linkValue = jsonValueSet.value(QStringLiteral("link"));
     if (linkValue.isUndefined())
         return;
-    const QString link = linkValue.isDouble() ? QString::number(linkValue.toDouble()) : linkValue.toString();
-    if (!valueSet->items->isEmpty()) {
-        if (!linkedValueSets.contains(link))
-            linkedValueSets.insert(link, valueSet->name);
-        return;
-    }
-    const auto first = linkedValueSets.constFind(link);
-    if (first == linkedValueSets.constEnd())
-        return;
-    addReadNote(0, valueSet->name, TReadNoteKind::LinkedValueSetEmpty,
-                QStringLiteral("Value set %1 has no values of its own: CSPro fills it from value set %2, which "
-                               "has the same link %3; the reading leaves it empty.")
-                    .arg(valueSet->name, first.value(), link));
+    noteLinkedValueSet(0, linkValue.isDouble() ? QString::number(linkValue.toDouble()) : linkValue.toString(),
+                       valueSet);
 }
 
 void TCSProJson::noteFurtherValueSets(const QJsonObject &jsonItem, const QJsonArray &sets, const QString &kept)

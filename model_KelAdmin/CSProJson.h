@@ -63,7 +63,7 @@ private:
 
     void noteItem(const QJsonObject &item, int start, const QJsonValue &occurrences);
     void noteOccurrenceLabels(const QString &what, const QString &subject, const QJsonObject &occurrences);
-    void noteLinkedValueSet(const QJsonObject &jsonValueSet, const TCSProValueSet *valueSet);
+    void noteLink(const QJsonObject &jsonValueSet, const TCSProValueSet *valueSet);
     void noteFurtherValueSets(const QJsonObject &jsonItem, const QJsonArray &sets, const QString &kept);
 
     // Which keys that only notes need the file holds anywhere.
@@ -76,7 +76,6 @@ private:
     } noteKeys;
     qint64 valueSetEntries = 0;
     bool valueSetBudgetNoted = false;
-    QHash<QString, QString> linkedValueSets;
 };
 
 #endif // CSPROJSON_H

@@ -7,6 +7,7 @@
 
 #include "GenericField.h"
 #include "ReadNote.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <readstat.h>
@@ -82,28 +83,6 @@ inline void expectField(TGenericField *field, const ExpectedField &e)
 }
 
 //! The notes as lines "subject | kind | text", so a failing comparison shows them whole.
-inline std::string describeNotes(const TReadNotes &notes)
-{
-    std::string out;
-    for (const TReadNote &note : notes) {
-        out += QStringLiteral("%1 | %2 | %3 | %4\n")
-                   .arg(QString::number(note.getLine()), note.getSubject(), note.getKind(), note.getText())
-                   .toStdString();
-    }
-    return out;
-}
-
-//! A note of an SPSS or Stata file: line 0.
-inline TReadNote fileNote(const char *subject, const char *kind, const char *text)
-{
-    return TReadNote(0, QString::fromUtf8(subject), QString::fromUtf8(kind), QString::fromUtf8(text));
-}
-
-inline void expectNotes(const TReadNotes &actual, const TReadNotes &expected)
-{
-    EXPECT_EQ(describeNotes(actual), describeNotes(expected));
-}
-
 } // namespace kxtest
 
 #endif // FIXTUREREADSTATRECORDS_H

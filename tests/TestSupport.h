@@ -1,12 +1,17 @@
 #ifndef TESTSUPPORT_H
 #define TESTSUPPORT_H
 
+#include "ReadNote.h"
+
+#include <gtest/gtest.h>
+
 #include <QMessageBox>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 
 #include <functional>
+#include <string>
 
 class KxErrorManager;
 
@@ -60,6 +65,29 @@ QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArra
 //! Runs \a f, expects a KxErrorManager* thrown; returns its number and message, deletes it.
 bool catchKxError(const std::function<void()> &f, int *number = nullptr, QString *message = nullptr,
                   QString *text = nullptr);
+
+// Reading notes, one line each, so that a failing comparison shows both lists.
+inline std::string describeNotes(const TReadNotes &notes)
+{
+    std::string out;
+    for (const TReadNote &note : notes) {
+        out += QStringLiteral("%1 | %2 | %3 | %4\n")
+                   .arg(QString::number(note.getLine()), note.getSubject(), note.getKind(), note.getText())
+                   .toStdString();
+    }
+    return out;
+}
+
+//! A note where lines mean nothing (SPSS, Stata, CSPro JSON): line 0.
+inline TReadNote fileNote(const char *subject, const char *kind, const char *text)
+{
+    return TReadNote(0, QString::fromUtf8(subject), QString::fromUtf8(kind), QString::fromUtf8(text));
+}
+
+inline void expectNotes(const TReadNotes &actual, const TReadNotes &expected)
+{
+    EXPECT_EQ(describeNotes(actual), describeNotes(expected));
+}
 
 } // namespace kxtest
 

@@ -1038,21 +1038,13 @@ TEST(CSPro, HostileNumbersLoadCleanly)
 
 namespace {
 
+using kxtest::expectNotes;
+
 TReadNote note(int line, const char *subject, const char *kind, const QString &text)
 {
     return TReadNote(line, QString::fromUtf8(subject), QString::fromLatin1(kind), text);
 }
 
-void expectNotes(const TReadNotes &actual, const TReadNotes &expected)
-{
-    ASSERT_EQ(actual.size(), expected.size()) << "notes: " << actual.size();
-    for (int i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(actual.at(i).getLine(), expected.at(i).getLine()) << "note " << i;
-        EXPECT_EQ(actual.at(i).getSubject(), expected.at(i).getSubject()) << "note " << i;
-        EXPECT_EQ(actual.at(i).getKind(), expected.at(i).getKind()) << "note " << i;
-        EXPECT_EQ(actual.at(i).getText(), expected.at(i).getText()) << "note " << i;
-    }
-}
 
 // Loads \a lines the way loadFromFile() does after reading them; line n of the
 // list is line n + 1 of a file.

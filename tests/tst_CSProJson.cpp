@@ -612,21 +612,8 @@ TEST(CSProJson, PositionsNearTheIntLimitDoNotOverflow)
 
 namespace {
 
-TReadNote jsonNote(const char *subject, const char *kind, const char *text)
-{
-    return TReadNote(0, QString::fromUtf8(subject), QString::fromLatin1(kind), QString::fromUtf8(text));
-}
-
-void expectNotes(const TReadNotes &actual, const TReadNotes &expected)
-{
-    ASSERT_EQ(actual.size(), expected.size()) << "notes: " << actual.size();
-    for (int i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(actual.at(i).getLine(), expected.at(i).getLine()) << "note " << i;
-        EXPECT_EQ(actual.at(i).getSubject(), expected.at(i).getSubject()) << "note " << i;
-        EXPECT_EQ(actual.at(i).getKind(), expected.at(i).getKind()) << "note " << i;
-        EXPECT_EQ(actual.at(i).getText(), expected.at(i).getText()) << "note " << i;
-    }
-}
+using kxtest::expectNotes;
+using kxtest::fileNote;
 
 TReadNotes notesOfJson(const QByteArray &json)
 {
@@ -650,8 +637,8 @@ TEST(CSProJsonNotes, DecimalsOfAnItemAreNotRead)
     expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
         {"name":"AREA","length":5,"decimals":2},{"name":"RATE","length":3,"decimals":1},
         {"name":"N","length":1,"decimals":0}]})")),
-                {jsonNote("AREA", "decimals-not-read", "Item AREA has 2 decimals; the reading kept no number of decimals."),
-                 jsonNote("RATE", "decimals-not-read", "Item RATE has 1 decimal; the reading kept no number of decimals.")});
+                {fileNote("AREA", "decimals-not-read", "Item AREA has 2 decimals; the reading kept no number of decimals."),
+                 fileNote("RATE", "decimals-not-read", "Item RATE has 1 decimal; the reading kept no number of decimals.")});
 }
 
 TEST(CSProJsonNotes, SubitemIsReadAsAnItemOfItsOwn)
@@ -662,7 +649,7 @@ TEST(CSProJsonNotes, SubitemIsReadAsAnItemOfItsOwn)
     loadJson(d, withRecords(R"({"name":"P","items":[{"name":"DATE","length":8},
         {"name":"YEAR","subitem":true,"subitemOffset":0,"length":4}]})"));
     expectNotes(d.getReadNotes(),
-                {jsonNote("YEAR", "subitem-read-as-item",
+                {fileNote("YEAR", "subitem-read-as-item",
                           "Item YEAR is a subitem; the reading made it an item of its own at column 9 (its offset 0 "
                           "within its parent is not read).")});
     ASSERT_EQ(d.getItemsCount(), 2);
@@ -674,7 +661,7 @@ TEST(CSProJsonNotes, RangeIsKeptAsOneCode)
 {
     expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"AGE","length":2,"valueSets":[
         {"name":"AGE_VS1","values":[{"pairs":[{"range":["0","97"]}]},{"pairs":[{"value":"98"}]}]}]}]})")),
-                {jsonNote("AGE_VS1", "range-code",
+                {fileNote("AGE_VS1", "range-code",
                           "Value set AGE_VS1: the range 0 to 97 is kept as the one code '0:97', which reads as the "
                           "number 0 for bounds.")});
 }
@@ -686,10 +673,10 @@ TEST(CSProJsonNotes, SpecialValuesAreKeptAsOrdinaryCodes)
         {"name":"AGE_VS1","values":[{"pairs":[{"value":"998"}],"special":"NOTAPPL"},
                                     {"pairs":[{"value":"999"}],"special":"MISSING"}]}]}]})"));
     expectNotes(d.getReadNotes(),
-                {jsonNote("AGE_VS1", "special-not-read",
+                {fileNote("AGE_VS1", "special-not-read",
                           "Value set AGE_VS1: the code '998' is the special value NOTAPPL in CSPro; the reading kept "
                           "it as an ordinary code."),
-                 jsonNote("AGE_VS1", "special-not-read",
+                 fileNote("AGE_VS1", "special-not-read",
                           "Value set AGE_VS1: the code '999' is the special value MISSING in CSPro; the reading kept "
                           "it as an ordinary code.")});
     EXPECT_TRUE(d.getItem(0)->missingCode.isEmpty());
@@ -702,7 +689,7 @@ TEST(CSProJsonNotes, LinkedValueSetWithoutValuesIsNoted)
         {"name":"ACT1","length":1,"valueSets":[{"name":"ACT_VS1","link":"3","values":[{"pairs":[{"value":"1"}]}]}]},
         {"name":"ACT2","length":1,"valueSets":[{"name":"ACT_VS2","link":"3"}]},
         {"name":"ACT3","length":1,"valueSets":[{"name":"ACT_VS3","link":"4"}]}]})")),
-                {jsonNote("ACT_VS2", "linked-value-set-empty",
+                {fileNote("ACT_VS2", "linked-value-set-empty",
                           "Value set ACT_VS2 has no values of its own: CSPro fills it from value set ACT_VS1, which "
                           "has the same link 3; the reading leaves it empty.")});
 }
@@ -713,8 +700,8 @@ TEST(CSProJsonNotes, OccurrenceLabelsOfItemsAndRecordsAreNotRead)
         "labels":[{"occurrence":1,"labels":[{"text":"First"}]},{"occurrence":2,"labels":[{"text":"Second"}]}]},
         "items":[{"name":"DAY","length":1,"occurrences":{"maximum":7,"labels":[
             {"occurrence":1,"labels":[{"text":"Monday"}]}]}}]})")),
-                {jsonNote("P", "occurrence-labels-not-read", "Record P has 2 occurrence labels; the reading does not keep them."),
-                 jsonNote("DAY", "occurrence-labels-not-read",
+                {fileNote("P", "occurrence-labels-not-read", "Record P has 2 occurrence labels; the reading does not keep them."),
+                 fileNote("DAY", "occurrence-labels-not-read",
                           "Item DAY has 1 occurrence labels; the reading does not keep them.")});
 }
 
@@ -722,7 +709,7 @@ TEST(CSProJsonNotes, ValueSetsAfterTheFirstAreNotedAsDropped)
 {
     expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"AGE","length":2,"valueSets":[
         {"name":"AGE_VS1","values":[{"pairs":[{"value":"1"}]}]},{"name":"AGE_VS2","values":[]}]}]})")),
-                {jsonNote("AGE_VS2", "value-set-dropped",
+                {fileNote("AGE_VS2", "value-set-dropped",
                           "Value set AGE_VS2 dropped: item AGE has 2 value sets, and only the first, AGE_VS1, is read.")});
 }
 
@@ -732,7 +719,7 @@ TEST(CSProJsonNotes, OccurrencesPastTheLimitAreClippedAndNoted)
     loadJson(d, withRecords(R"({"name":"P","items":[{"name":"X","length":1,"occurrences":{"maximum":10000}}]})"));
     EXPECT_EQ(d.getItemsCount(), 9999);
     expectNotes(d.getReadNotes(),
-                {jsonNote("X", "limit-reached", "Item X has 10000 occurrences; the reading made only the first 9999.")});
+                {fileNote("X", "limit-reached", "Item X has 10000 occurrences; the reading made only the first 9999.")});
 }
 
 TEST(CSProJsonNotes, EachCopyOfARepeatedItemGetsItsOwnValueSet)
@@ -766,7 +753,7 @@ TEST(CSProJsonNotes, CopiesShareTheFirstValueSetOncePastTheEntryBudget)
     EXPECT_EQ(d.getItem(2999)->getValueSet(0), d.getItem(0)->getValueSet(0));
     EXPECT_EQ(d.getItem(2999)->getValueSet(0)->getCount(), 100);
     expectNotes(d.getReadNotes(),
-                {jsonNote("X", "limit-reached",
+                {fileNote("X", "limit-reached",
                           "Value sets of repeated items passed 250000 entries in all: from copy 2501 of item X on, the "
                           "copies share the value set of their first copy.")});
 }
