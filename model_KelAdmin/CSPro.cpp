@@ -142,6 +142,14 @@ void TCSPro::loadFromFile(QString path)
 
 void TCSPro::addReadNote(int line, const QString &subject, const char *kind, const QString &text)
 {
+    if (readNotes.size() > MaxReadNotes)
+        return;
+    if (readNotes.size() == MaxReadNotes) {
+        readNotes.append(TReadNote(0, QString(), QString::fromLatin1(TReadNoteKind::LimitReached),
+                                   QStringLiteral("The reading wrote more than %1 notes; the rest are not kept.")
+                                       .arg(MaxReadNotes)));
+        return;
+    }
     readNotes.append(TReadNote(line, subject, QString::fromLatin1(kind), text));
 }
 
@@ -238,6 +246,7 @@ QStringList *TCSPro::getSection(QStringList *lines, int &index)
 {
     auto *section = new QStringList;
     noteSectionHeader = index;
+    noteCursor = index + 1;
     int i = index + 1;
     for (; i < lines->size(); ++i) {
         const QString &raw = lines->at(i);
@@ -588,13 +597,25 @@ void TCSPro::attachValueSet(TCSProValueSet *valueSet)
 
 // ---- Reading notes -------------------------------------------------------
 
-int TCSPro::fileLineOf(const QString &sectionLine) const
+int TCSPro::fileLineOf(const QString &sectionLine)
 {
     if (!noteLines || sectionLine.isNull())
         return 0;
-    for (int i = noteSectionHeader + 1; i < noteLines->size(); ++i) {
-        if (noteLines->at(i).trimmed() == sectionLine)
-            return i + 1;
+    // From the cursor to the section's end, then from the section's start:
+    // notes in file order cost one pass over the section in all.
+    const int first = noteSectionHeader + 1;
+    const int from = qMax(first, noteCursor);
+    for (int pass = 0; pass < 2; ++pass) {
+        const int begin = pass == 0 ? from : first;
+        for (int i = begin; i < noteLines->size() && (pass == 0 || i < from); ++i) {
+            const QString &raw = noteLines->at(i);
+            if (raw.startsWith(QLatin1Char('[')))
+                break;
+            if (raw.trimmed() == sectionLine) {
+                noteCursor = i + 1;
+                return i + 1;
+            }
+        }
     }
     return 0;
 }
@@ -681,7 +702,7 @@ void TCSPro::noteSpecialValue(const QString &line, const TValueSetItem *entry, c
                     .arg(line, entry->code, keyword, lost));
 }
 
-int TCSPro::fileLineOfCode(const QStringList &section, const QString &code) const
+int TCSPro::fileLineOfCode(const QStringList &section, const QString &code)
 {
     for (const QString &line : section) {
         if (isValueLine(line) && line.midRef(6).contains(code))

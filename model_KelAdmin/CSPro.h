@@ -184,6 +184,9 @@ public:
     /*! Largest number of items after expansion: occurrences turn a few bytes
      * of a hostile file into thousands of items each. */
     static constexpr int MaxExpandedItems = 250000;
+    /*! Most reading notes kept from one load: a hostile file could turn every
+     * line into a note. Past it, one "limit-reached" note says so. */
+    static constexpr int MaxReadNotes = 10000;
 
     int recordTypeStart = 0;  //!< see getRecordTypeStart()
     int recordTypeLen = 0;  //!< see getRecordTypeLen()
@@ -233,14 +236,14 @@ private:
     // Reading notes. The section loop passes the file's lines through
     // getSection(), which remembers where the section starts, so that a note
     // can name the file line of a trimmed section line.
-    int fileLineOf(const QString &sectionLine) const;
+    int fileLineOf(const QString &sectionLine);
     QString sectionSubject(const QStringList &section) const;
     QString readCommand(const QStringList &section, const QString &command, const QString &def,
                         const int *intDefault);
     void noteCommandFromOtherLine(const QStringList &section, const QString &command, const QString &usedLine,
                                   const QString &usedValue, const int *intDefault);
     void noteSpecialValue(const QString &line, const TValueSetItem *entry, const TCSProValueSet *valueSet);
-    int fileLineOfCode(const QStringList &section, const QString &code) const;
+    int fileLineOfCode(const QStringList &section, const QString &code);
     void noteDroppedValueSet(const TCSProValueSet *valueSet, const QString &why, int line);
     void noteDecimalCodes(const QStringList &section, const TCSProValueSet *valueSet, bool converted);
     void noteNotIntegerCode(const QStringList &section, const TCSProValueSet *valueSet);
@@ -261,6 +264,8 @@ private:
 
     const QStringList *noteLines = nullptr;
     int noteSectionHeader = -1;
+    // Where fileLineOf() looks first: notes mostly come in file order.
+    int noteCursor = 0;
     // The copies of the dictionary's first item when it repeats all carry index 0.
     int firstItemCopies = 0;
     QString firstItemName;

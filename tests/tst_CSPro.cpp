@@ -1303,3 +1303,27 @@ TEST(CSProNotes, ProcessLineOutsideALoadWritesNoNote)
               QStringLiteral("Name of X"));
     EXPECT_TRUE(d.getReadNotes().isEmpty());
 }
+
+TEST(CSProNotes, IdenticalSpecialLinesEachGiveTheirOwnLine)
+{
+    const QStringList lines = L({"[Item]", "Name=AGE", "Len=3", "[ValueSet]", "Name=AGE_VS1", "Value=998;Refused",
+                                 "Name=REFUSED,Special", "Value=999;Refused again", "Name=REFUSED,Special"});
+    const TReadNotes notes = notesOf(lines);
+    ASSERT_EQ(notes.size(), 2);
+    EXPECT_EQ(notes.at(0).getLine(), 7);
+    EXPECT_EQ(notes.at(1).getLine(), 9);
+}
+
+TEST(CSProNotes, NotesStopAtTheirLimitWithOneNoteSayingSo)
+{
+    // Every special line of this value set is a note: more than the limit.
+    QStringList lines = L({"[Item]", "Name=AGE", "Len=6", "[ValueSet]", "Name=AGE_VS1"});
+    for (int code = 0; code < TCSPro::MaxReadNotes + 5; ++code)
+        lines << QStringLiteral("Value=%1;Refused").arg(code) << QStringLiteral("Name=REFUSED,Special");
+    const TReadNotes notes = notesOf(lines);
+    ASSERT_EQ(notes.size(), TCSPro::MaxReadNotes + 1);
+    EXPECT_EQ(notes.at(TCSPro::MaxReadNotes - 1).getLine(), 5 + 2 * TCSPro::MaxReadNotes);
+    expectNotes({notes.last()},
+                {note(0, "", "limit-reached",
+                      QStringLiteral("The reading wrote more than 10000 notes; the rest are not kept."))});
+}
