@@ -11,16 +11,19 @@
 # jobs, default 2), KX_FUZZ_READSTAT_SOURCE (a folder of ReadStat's sources,
 # of the system library's version: ReadStat is built from it instrumented too,
 # and fuzz/ubsan-readstat.supp is used; default empty, the system library).
-# Crashes, hangs and sanitizer reports are saved as
+# The seeds are the test inputs: tests/data/seeds/<target>, the kept findings
+# tests/data/regress/<target>, the census dictionaries of tests/data, and for
+# spss and stata the files keladmin-make-samples --seeds writes (ReadStat's
+# writer). Crashes, hangs and sanitizer reports are saved as
 # $KX_FUZZ_OUT/<target>/crash-*, timeout-*, oom-*; the inputs that grew
-# coverage go to $KX_FUZZ_BUILD/corpus/<target> (the seed folders under
-# fuzz/corpus are only read). Each run's log is
-# $KX_FUZZ_OUT/<target>-<date>.log; libFuzzer's final stats end it.
+# coverage go to $KX_FUZZ_BUILD/corpus/<target> (the seed folders are only
+# read). Each run's log is $KX_FUZZ_OUT/<target>-<date>.log; libFuzzer's
+# final stats end it.
 # Exit status 1 when any target found something.
 set -euo pipefail
 
 if [[ $# -lt 1 || ! $1 =~ ^[0-9]+$ ]]; then
-  sed -n '2,19p' "$0" | sed 's/^# \{0,1\}//'
+  sed -n '2,22p' "$0" | sed 's/^# \{0,1\}//'
   exit 2
 fi
 seconds=$1
@@ -35,14 +38,14 @@ out=${KX_FUZZ_OUT:-$build/findings}
 readstat_source=${KX_FUZZ_READSTAT_SOURCE:-}
 
 CC=clang CXX=clang++ cmake -S "$src" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DKX_BUILD_FUZZERS=ON -DKX_SANITIZE=ON -DKX_BUILD_TESTS=OFF -DKX_BUILD_TOOLS=OFF \
+  -DKX_BUILD_FUZZERS=ON -DKX_SANITIZE=ON -DKX_BUILD_TESTS=OFF -DKX_BUILD_TOOLS=OFF -DKX_BUILD_SAMPLE_MAKER=ON \
   -DCMAKE_CXX_FLAGS="-fsanitize=fuzzer-no-link" -DKX_FUZZ_READSTAT_SOURCE="$readstat_source" >/dev/null
-cmake --build "$build" -j"${KX_JOBS:-2}" --target kx_make_readstat_seeds \
+cmake --build "$build" -j"${KX_JOBS:-2}" --target keladmin-make-samples \
   $(printf 'fuzz_%s ' "${targets[@]}")
 
-# SPSS and Stata seeds are written by ReadStat's writer; the committed copies
-# under fuzz/corpus are used as they are, fresh ones are added to the work corpus.
-"$build/fuzz/kx_make_readstat_seeds" "$build/seeds"
+data="$src/tests/data"
+mkdir -p "$build/seeds"
+"$build/tools/make-samples/keladmin-make-samples" --seeds "$build/seeds" >/dev/null
 
 # The readers leave their dictionary model alive on purpose and the targets
 # free it themselves; leak reports would stop at the first error path.
@@ -58,8 +61,15 @@ for target in "${targets[@]}"; do
   corpus="$build/corpus/$target"
   artifacts="$out/$target"
   mkdir -p "$corpus" "$artifacts"
-  seeds=("$here/corpus/$target")
-  [[ -d "$build/seeds/$target" ]] && seeds+=("$build/seeds/$target")
+  # libFuzzer takes folders: the census dictionaries join the written seeds.
+  case $target in
+    cspro_text) mkdir -p "$build/seeds/$target" && cp "$data/census.dcf" "$build/seeds/$target/" ;;
+    cspro_json) mkdir -p "$build/seeds/$target" && cp "$data/census.json" "$build/seeds/$target/" ;;
+  esac
+  seeds=()
+  for folder in "$data/seeds/$target" "$data/regress/$target" "$build/seeds/$target"; do
+    [[ -d $folder ]] && seeds+=("$folder")
+  done
   dict=()
   case $target in
     cspro_text|lookup) dict=(-dict="$here/cspro.dict") ;;

@@ -79,7 +79,7 @@ gcovr_summary() {
     # CMake's compiler check leaves a .gcno without sources: not searched.
     gcovr --root "$root" --object-directory "$build" \
         --filter "$r/model_KelAdmin/" --filter "$r/tools/" \
-        --exclude '.*_autogen/.*' --exclude '.*/moc_[^/]*' \
+        --exclude '.*_autogen/.*' --exclude '.*/moc_[^/]*' --exclude "$r/tools/make-samples/.*" \
         --exclude-directories "$b/CMakeFiles/[0-9].*" \
         "$@" --json-summary "$out" --json-summary-pretty
 }

@@ -1,9 +1,10 @@
 // Replays every input the fuzz targets once failed on (tests/data/regress/
-// <target>/<file>) through the same reader entry points as the targets. Each
-// must now read to its documented outcome: no crash, overflow, hang or
-// sanitizer report (the sanitizer build of the suite checks the last).
+// <target>/<file>), and their seeds (tests/data/seeds/<target>/<file>),
+// through the same reader entry points as the targets. Each must read to its
+// documented outcome: no crash, overflow, hang or sanitizer report (the
+// sanitizer build of the suite checks the last).
 
-#include "../fuzz/FuzzReaders.h"
+#include "FuzzReaders.h"
 
 #include "FixtureReadStat.h"
 #include "TestSupport.h"
@@ -47,18 +48,24 @@ std::string testName(const QString &reader, const QString &file)
     return name;
 }
 
-std::vector<RegressionCase> regressionCases()
+std::vector<RegressionCase> casesUnder(const QString &root, const QString &prefix)
 {
     std::vector<RegressionCase> cases;
     for (kxfuzz::Reader reader : AllReaders) {
         const QString folder = QString::fromLatin1(kxfuzz::readerName(reader));
-        const QDir dir(QDir(regressionRoot()).filePath(folder));
-        for (const QString &file : dir.entryList(QDir::Files, QDir::Name)) {
-            if (file == QLatin1String("README.md"))
-                continue;
-            cases.push_back({reader, dir.filePath(file), testName(folder, file)});
-        }
+        const QDir dir(QDir(root).filePath(folder));
+        for (const QString &file : dir.entryList(QDir::Files, QDir::Name))
+            cases.push_back({reader, dir.filePath(file), testName(prefix + folder, file)});
     }
+    return cases;
+}
+
+std::vector<RegressionCase> regressionCases()
+{
+    std::vector<RegressionCase> cases = casesUnder(regressionRoot(), QString());
+    const std::vector<RegressionCase> seeds =
+        casesUnder(kxtest::dataPath(QStringLiteral("seeds")), QStringLiteral("seed_"));
+    cases.insert(cases.end(), seeds.begin(), seeds.end());
     return cases;
 }
 

@@ -1,8 +1,8 @@
 #ifndef FUZZREADERS_H
 #define FUZZREADERS_H
 
-// The reader entry points shared by the fuzz targets and by the test that
-// replays their findings (tests/tst_FuzzRegressions.cpp): one function per
+// The reader entry points shared by the fuzz targets, the test that replays
+// their findings (tests/tst_FuzzRegressions.cpp) and the benchmarks: one function per
 // reader that takes the bytes of an input file, runs the reader over it as
 // the front end would and frees what the reader built.
 

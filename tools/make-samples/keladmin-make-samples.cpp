@@ -1,6 +1,10 @@
-// keladmin-make-samples: writes the bundled SPSS and Stata samples
-// (census.sav, census.dta) into a folder through ReadStat's writer.
-// Run by scripts/make-samples.sh; the files it writes are committed.
+// keladmin-make-samples: writes SPSS and Stata files through ReadStat's
+// writer, the only way this project makes them.
+//   keladmin-make-samples FOLDER           the bundled samples census.sav and
+//                                          census.dta (scripts/make-samples.sh;
+//                                          the files are committed)
+//   keladmin-make-samples --seeds FOLDER   the fuzz targets' seeds, FOLDER/spss/*.sav
+//                                          and FOLDER/stata/*.dta (fuzz/run-fuzzers.sh)
 #include "FixtureReadStat.h"
 
 #include <QByteArray>
@@ -126,22 +130,83 @@ bool write(const QDir &dir, const QString &name, const ReadStatFile &file)
     return true;
 }
 
+// Small files in every container and Stata version ReadStat writes.
+ReadStatFile savFile(ReadStatFile::Container container, int rows)
+{
+    ReadStatFile f;
+    f.container = container;
+    f.rows = rows;
+    ReadStatFile::LabelSet sex{"sexl", Type::Double, {numericLabel(1, "Male"), numericLabel(2, "Female")}};
+    ReadStatFile::LabelSet money{"incl", Type::Double, {numericLabel(1.5, "Low"), numericLabel(-1, "Refused")}};
+    ReadStatFile::LabelSet region{"regl", Type::String, {stringLabel("N", "North"), stringLabel("S", "South")}};
+    f.labelSets = {sex, money, region};
+    f.variables = {
+        readStatVariable("SEX", Type::Double, "F1.0", "Sex of person", "sexl"),
+        readStatVariable("AGE", Type::Double, "F3.0", "Age in years"),
+        readStatVariable("INCOME", Type::Double, "F10.2", "Monthly income", "incl"),
+        readStatVariable("REGION", Type::String, "A1", "Region", "regl", 1),
+        readStatVariable("NAME", Type::String, "A20", "", "", 20),
+    };
+    return f;
+}
+
+ReadStatFile dtaFile(int version, int rows)
+{
+    ReadStatFile f;
+    f.container = ReadStatFile::Container::Dta;
+    f.dtaVersion = version;
+    f.rows = rows;
+    ReadStatFile::LabelSet yesNo{"yesno", Type::Int32, {numericLabel(1, "Yes"), numericLabel(2, "No")}};
+    ReadStatFile::LabelSet size{"sizel", Type::Int32, {numericLabel(-1, "Unknown"), numericLabel(100, "Large")}};
+    f.labelSets = {yesNo, size};
+    f.variables = {
+        readStatVariable("flag", Type::Int8, "%8.0g", "Flag", "yesno"),
+        readStatVariable("count", Type::Int16, "%8.0g", "Count", "sizel"),
+        readStatVariable("total", Type::Int32, "%12.0g", "Total"),
+        readStatVariable("share", Type::Float, "%9.2f", "Share"),
+        readStatVariable("amount", Type::Double, "%10.2f", "Amount", "yesno"),
+        readStatVariable("name", Type::String, "%5s", "Name", "", 5),
+    };
+    if (version >= 117)
+        f.variables.append(readStatVariable("note", Type::StringRef, "%9s", "Note"));
+    return f;
+}
+
+bool writeSeeds(const QDir &dir)
+{
+    dir.mkpath(QStringLiteral("spss"));
+    dir.mkpath(QStringLiteral("stata"));
+    bool ok = write(dir, QStringLiteral("spss/labelled.sav"), savFile(ReadStatFile::Container::Sav, 2));
+    ok &= write(dir, QStringLiteral("spss/compressed.sav"), savFile(ReadStatFile::Container::SavCompressed, 2));
+    ok &= write(dir, QStringLiteral("spss/binary.zsav"), savFile(ReadStatFile::Container::Zsav, 2));
+    ok &= write(dir, QStringLiteral("spss/norows.sav"), savFile(ReadStatFile::Container::Sav, 0));
+    for (int version : {105, 108, 110, 111, 113, 114, 115, 117, 118, 119})
+        ok &= write(dir, QStringLiteral("stata/v%1.dta").arg(version), dtaFile(version, version >= 117 ? 2 : 1));
+    return ok;
+}
+
+bool writeSamples(const QDir &dir)
+{
+    return write(dir, QStringLiteral("census.sav"), censusSav())
+           && write(dir, QStringLiteral("census.dta"), censusDta());
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     const QStringList args = app.arguments();
-    if (args.size() != 2 || args.at(1).startsWith(QLatin1Char('-'))) {
-        std::fprintf(stderr, "usage: keladmin-make-samples FOLDER\n");
+    const bool seeds = args.size() == 3 && args.at(1) == QLatin1String("--seeds");
+    const QString folder = args.value(seeds ? 2 : 1);
+    if (args.size() != (seeds ? 3 : 2) || folder.startsWith(QLatin1Char('-'))) {
+        std::fprintf(stderr, "usage: keladmin-make-samples [--seeds] FOLDER\n");
         return 2;
     }
-    const QDir dir(args.at(1));
+    const QDir dir(folder);
     if (!dir.exists()) {
-        std::fprintf(stderr, "keladmin-make-samples: %s: no such folder\n", qPrintable(args.at(1)));
+        std::fprintf(stderr, "keladmin-make-samples: %s: no such folder\n", qPrintable(folder));
         return 1;
     }
-    const bool ok = write(dir, QStringLiteral("census.sav"), censusSav())
-                    && write(dir, QStringLiteral("census.dta"), censusDta());
-    return ok ? 0 : 1;
+    return (seeds ? writeSeeds(dir) : writeSamples(dir)) ? 0 : 1;
 }
