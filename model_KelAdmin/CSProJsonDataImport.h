@@ -3,7 +3,7 @@
 
 #include "model_kelAdmin_export.h"
 
-#include "CSProImportCore.h"
+#include "CSProDataImport.h"
 #include "CSProJson.h"
 
 //! One item of a CSPro 8 JSON dictionary as a generic field.

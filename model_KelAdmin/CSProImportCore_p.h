@@ -1,27 +1,31 @@
-#include "CSProImportCore.h"
+#ifndef CSPROIMPORTCORE_P_H
+#define CSPROIMPORTCORE_P_H
 
-#include "CSProDataImport.h"
+// The definitions of TCSProImportCore, included by the two importers'
+// sources, which give the form's traits and instantiate the template.
+
 #include "CSProDictionary.h"
-#include "CSProJsonDataImport.h"
+#include "CSProImportCore.h"
 #include "KxConstants.h"
 
 #include <QDebug>
 #include <QMessageBox>
 
+#include <algorithm>
 #include <string>
 
-namespace {
+namespace kxcsproimport {
 
 // A value holds at most this many characters, so longer bounds mean nothing;
 // it also keeps a hostile item length from asking for a huge text.
 constexpr qint64 MaxBoundDigits = TGenericField::ValueCapacity;
 
-int boundDigits(qint64 count)
+inline int boundDigits(qint64 count)
 {
     return int(qBound<qint64>(0, count, MaxBoundDigits));
 }
 
-double codeNumber(const TValueSetItem *entry)
+inline double codeNumber(const TValueSetItem *entry)
 {
     if (!entry)
         return 0.0;
@@ -30,77 +34,102 @@ double codeNumber(const TValueSetItem *entry)
     return ok ? v : 0.0;
 }
 
-QString formatNumber(double v)
+inline QString formatNumber(double v)
 {
     return QString::number(v, 'g', 6);
 }
 
-// What tells the two dictionary forms apart besides their reader.
-template <class Reader>
-struct ImportTraits;
+// The steps of TCSProImportCore::fillFromItem.
 
-template <>
-struct ImportTraits<TCSPro>
+// Alpha items are text (3); numbers without decimals are int (1) up to nine
+// digits, as longer ones do not fit an int, and real (2) beyond; with decimals real.
+template <class Variable>
+void setTypeAndDecimals(Variable *field, const TCSProItem *item)
 {
-    static QString typeName() { return QStringLiteral("CSPRO"); }
-    static QString debugName() { return QStringLiteral("TCSProDataImport"); }
-};
-
-template <>
-struct ImportTraits<TCSProJson>
-{
-    static QString typeName() { return QStringLiteral("CSPRO8"); }
-    static QString debugName() { return QStringLiteral("TCSProJsonImport"); }
-};
-
-} // namespace
-
-// ------------------------------------------------------------- TCSProVariable
-
-TCSProVariable::TCSProVariable(TDataImport *owner, TCSProItem *item)
-    : TGenericField(owner)
-    , copiedFlag(importFlag)
-    , item(item)
-{
+    if (item->isAlpha == 1) {
+        field->setFieldType(3);
+    } else if (item->decimal == 0) {
+        field->setDecimals(QStringLiteral("0"));
+        field->setFieldType(item->len <= 9 ? 1 : 2);
+    } else {
+        field->setDecimals(QString::number(item->decimal));
+        field->setFieldType(2);
+    }
 }
 
-TCSProVariable::~TCSProVariable() = default;
-
-bool TCSProVariable::isMissing()
+template <class Variable>
+void setIdentity(Variable *field, const TCSProItem *item)
 {
-    if (missingFlag)
-        return true;
-    if (!item || item->missingCode.isEmpty())
-        return false;
-    return item->missingCode == valueText();
+    field->setName(item->name);
+    field->setLabel(item->label);
+    field->setSize(item->len);
+    field->setStart(item->start);
+    field->setMissingCode(item->missingCode);
+    field->setNotApplicableCode(item->notApplCode);
 }
 
-bool TCSProVariable::isNotApplicable()
+// A numeric item with decimals and no value set: the decimal character takes
+// one column, implied decimals take theirs from the integer part.
+template <class Core, class Variable>
+void setDecimalMaximum(Variable *field, const TCSProItem *item)
 {
-    if (!item || item->notApplCode.isEmpty())
-        return false;
-    return item->notApplCode == valueText();
-}
-
-bool TCSProVariable::isBlank()
-{
-    return valueText().trimmed().isEmpty();
-}
-
-QString TCSProVariable::getGroup()
-{
-    return recordName;
-}
-
-void TCSProVariable::setAsString(QString text)
-{
-    // Unlike the base version, missingFlag is left as it is.
-    copyIntoValue(text);
-    if (isMissing() || isNotApplicable() || isBlank())
+    if (item->decimalChar) {
+        field->setMaximum(Core::StringOfChar('9', boundDigits(qint64(item->len) - 1)));
         return;
-    // Without a dictionary item the field's own flag decides.
-    assignNumbers(text, item ? !item->decimalChar : !decimalCharPresent);
+    }
+    const qint64 integerDigits = qint64(item->len) - item->decimal;
+    field->setMaximum(integerDigits == 0 ? QStringLiteral("9") : Core::StringOfChar('9', boundDigits(integerDigits)));
 }
+
+// Bounds start at the first and last entries of the first value set,
+// special or not; only the walk over the entries skips special ones.
+template <class Variable>
+void setFromValueSets(Variable *field, TCSProItem *item)
+{
+    const bool numeric = field->getFieldType() == 1 || field->getFieldType() == 2;
+    double low = 0.0;
+    double high = 0.0;
+    bool rangeFound = false;
+    TCSProValueSet *first = item->getValueSet(0);
+    if (numeric && first && first->getCount() >= 1) {
+        low = codeNumber(first->getValueSetItem(0));
+        high = codeNumber(first->getValueSetItem(first->getCount() - 1));
+        rangeFound = true;
+    }
+
+    QString labels;
+    for (int s = 0; s < item->getCount(); ++s) {
+        TCSProValueSet *valueSet = item->getValueSet(s);
+        const int entries = valueSet ? valueSet->getCount() : 0;
+        for (int e = 0; e < entries; ++e) {
+            const TValueSetItem *entry = valueSet->getValueSetItem(e);
+            if (!entry || entry->special)
+                continue;
+            QString code = entry->code;
+            if (numeric) {
+                const double x = codeNumber(entry);
+                low = std::min(low, x);
+                high = std::max(high, x);
+                if (field->getFieldType() == 1)
+                    code = formatNumber(x);
+            }
+            labels += code + SPACECHR + entry->name + TABCHR;
+        }
+    }
+    field->setValueLabels(field->getValueLabels() + labels);
+    field->setMinimum(formatNumber(low));
+    if (rangeFound)
+        field->setMaximum(formatNumber(high));
+}
+
+} // namespace kxcsproimport
+
+/*! What tells the two dictionary forms apart besides their reader; each
+ * importer's source specialises it with typeName(), the provider type name,
+ * and debugName(), the class name of its debug lines. */
+template <class Reader>
+struct CSProImportTraits;
+
 
 // ----------------------------------------------------------- TCSProImportCore
 
@@ -112,7 +141,7 @@ TCSProImportCore<Reader, Variable>::TCSProImportCore(QString sourceName)
     : TDataImport(sourceName)
     , groups(new QStringList)
 {
-    qDebug().noquote() << ImportTraits<Reader>::debugName() + QStringLiteral(" Constructor");
+    qDebug().noquote() << CSProImportTraits<Reader>::debugName() + QStringLiteral(" Constructor");
     initDataImport();
 }
 
@@ -140,13 +169,13 @@ void TCSProImportCore<Reader, Variable>::setDecimalChoice(TDecimalChoice choice)
 template <class Reader, class Variable>
 QString TCSProImportCore<Reader, Variable>::getDataProviderType()
 {
-    return ImportTraits<Reader>::typeName();
+    return CSProImportTraits<Reader>::typeName();
 }
 
 template <class Reader, class Variable>
 QStringList *TCSProImportCore<Reader, Variable>::selectLayoutSource()
 {
-    qDebug().noquote() << ImportTraits<Reader>::debugName() + QStringLiteral(" - selectLayoutSource");
+    qDebug().noquote() << CSProImportTraits<Reader>::debugName() + QStringLiteral(" - selectLayoutSource");
     return TDataImport::selectLayoutSource();
 }
 
@@ -293,84 +322,20 @@ void TCSProImportCore<Reader, Variable>::fillFromItem(Variable *field, TCSProIte
 {
     if (isMultiple() && item->record)
         field->setRecordName(item->record->name);
+    kxcsproimport::setTypeAndDecimals(field, item);
+    kxcsproimport::setIdentity(field, item);
 
     const bool text = item->isAlpha == 1;
-    if (text) {
-        field->setFieldType(3);
-    } else if (item->decimal == 0) {
-        field->setDecimals(QStringLiteral("0"));
-        // Whole numbers longer than nine digits do not fit an int: held as reals.
-        field->setFieldType(item->len <= 9 ? 1 : 2);
-    } else {
-        field->setDecimals(QString::number(item->decimal));
-        field->setFieldType(2);
-    }
-
-    field->setName(item->name);
-    field->setLabel(item->label);
-    field->setSize(item->len);
-    field->setStart(item->start);
-    field->setMissingCode(item->missingCode);
-    field->setNotApplicableCode(item->notApplCode);
-
     if (!text) {
         field->setMinimum(QStringLiteral("0"));
-        field->setMaximum(StringOfChar('9', boundDigits(item->len)));
+        field->setMaximum(StringOfChar('9', kxcsproimport::boundDigits(item->len)));
     }
-
     if (!item->getHasValueSet()) {
-        if (!text && item->decimal > 0) {
-            if (item->decimalChar) {
-                field->setMaximum(StringOfChar('9', boundDigits(qint64(item->len) - 1)));
-            } else {
-                const qint64 integerDigits = qint64(item->len) - item->decimal;
-                field->setMaximum(integerDigits == 0 ? QStringLiteral("9") : StringOfChar('9', boundDigits(integerDigits)));
-            }
-        }
+        if (!text && item->decimal > 0)
+            kxcsproimport::setDecimalMaximum<TCSProImportCore>(field, item);
         return;
     }
-
-    // Bounds start at the first and last entries of the first value set,
-    // special or not; only the walk below skips special entries.
-    const bool numeric = field->getFieldType() == 1 || field->getFieldType() == 2;
-    double low = 0.0;
-    double high = 0.0;
-    bool rangeFound = false;
-    TCSProValueSet *first = item->getValueSet(0);
-    if (numeric && first && first->getCount() >= 1) {
-        low = codeNumber(first->getValueSetItem(0));
-        high = codeNumber(first->getValueSetItem(first->getCount() - 1));
-        rangeFound = true;
-    }
-
-    QString labels;
-    const int sets = item->getCount();
-    for (int s = 0; s < sets; ++s) {
-        TCSProValueSet *valueSet = item->getValueSet(s);
-        if (!valueSet)
-            continue;
-        const int entries = valueSet->getCount();
-        for (int e = 0; e < entries; ++e) {
-            const TValueSetItem *entry = valueSet->getValueSetItem(e);
-            if (!entry || entry->special)
-                continue;
-            QString code = entry->code;
-            if (numeric) {
-                const double x = codeNumber(entry);
-                if (x < low)
-                    low = x;
-                if (x > high)
-                    high = x;
-                if (field->getFieldType() == 1)
-                    code = formatNumber(x);
-            }
-            labels += code + SPACECHR + entry->name + TABCHR;
-        }
-    }
-    field->setValueLabels(field->getValueLabels() + labels);
-    field->setMinimum(formatNumber(low));
-    if (rangeFound)
-        field->setMaximum(formatNumber(high));
+    kxcsproimport::setFromValueSets(field, item);
 }
 
 template <class Reader, class Variable>
@@ -397,5 +362,4 @@ QString TCSProImportCore<Reader, Variable>::StringOfChar(char c, int n)
     return QString(n, QLatin1Char(c));
 }
 
-template class TCSProImportCore<TCSPro, TCSProVariable>;
-template class TCSProImportCore<TCSProJson, TCSProJsonVariable>;
+#endif // CSPROIMPORTCORE_P_H
