@@ -821,6 +821,7 @@ void TCSPro::noteLimit(int line, const QString &subject, const QString &text)
 
 void TCSPro::processOtherRanges(TCSProValueSet *valueSet, TValueSetItem *item)
 {
+    // A fixed debug line: the front end relies on it.
     qDebug() << "PROCESAR OTROS RANGOS";
     QString text = item->code;
     const int n = text.length();

@@ -141,6 +141,7 @@ TCSProImportCore<Reader, Variable>::TCSProImportCore(QString sourceName)
     : TDataImport(sourceName)
     , groups(new QStringList)
 {
+    // A fixed debug line: the front end relies on it.
     qDebug().noquote() << CSProImportTraits<Reader>::debugName() + QStringLiteral(" Constructor");
     initDataImport();
 }
@@ -175,6 +176,7 @@ QString TCSProImportCore<Reader, Variable>::getDataProviderType()
 template <class Reader, class Variable>
 QStringList *TCSProImportCore<Reader, Variable>::selectLayoutSource()
 {
+    // A fixed debug line: the front end relies on it.
     qDebug().noquote() << CSProImportTraits<Reader>::debugName() + QStringLiteral(" - selectLayoutSource");
     return TDataImport::selectLayoutSource();
 }

@@ -33,6 +33,7 @@ void TDataImport::getDictionary(QList<TKxSourceField *> *, QStringList *)
 
 QStringList *TDataImport::selectLayoutSource()
 {
+    // A fixed debug line: the front end relies on it.
     qDebug() << "DataImport - selectLayoutSource";
     auto *names = new QStringList;
     openFile();
@@ -183,6 +184,7 @@ void TDataImport::getDictionary(QList<TKxSourceField *> *out)
         sourceField->setDataProviderType(getDataProviderType());
         sourceField->setGroup(field->getGroup());
 
+        // Fixed debug lines, to the blank lines below: the front end relies on them.
         qDebug() << "getDictionary FIELDS";
         qDebug() << "mySF->fieldName" << sourceField->getFieldName();
         qDebug() << "mySF->FieldType" << sourceField->getFieldType();

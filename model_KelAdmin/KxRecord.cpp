@@ -1,10 +1,7 @@
 #include "KxRecord.h"
 
 #include "CSProDictionary.h"
-
-namespace {
-const QString LineEnd = QStringLiteral("\r\n");
-}
+#include "KxConstants.h"
 
 // ---------------------------------------------------------------- TQuestIndex
 
@@ -232,7 +229,7 @@ QString TKxRecord::checkQuestionnaire(TQuestIndex *q)
         const QString text = assembleRecord(q, key);
         if (text.isEmpty())
             return QString();
-        result += text + LineEnd;
+        result += text + ENDLINE;
         if (firstChild)
             result += firstChild->checkQuestionnaire(q, key);
     }
@@ -269,7 +266,7 @@ bool TKxRecord::checkOwnLines(TQuestIndex *q, const QString &parentKey, QString 
         const QString text = assembleRecord(q, key);
         if (text.isEmpty())
             return false;
-        *result += text + LineEnd;
+        *result += text + ENDLINE;
         if (firstChild)
             *result += firstChild->checkQuestionnaire(q, key);
     }

@@ -50,6 +50,7 @@ bool IsTypeRegister(QString type)
 
 TDataImport *GetDataClassLoader(QString type)
 {
+    // The numbered debug lines are fixed: the front end relies on them.
     qDebug() << "GetDataClassLoader - In";
     _pLoaderManager = new TLoaderManager;
     const int index = _pLoaderManager->getTypeNames()->indexOf(type);

@@ -76,6 +76,7 @@ bool TReadStatImportCore<Variable>::openFile()
 template <class Variable>
 QStringList *TReadStatImportCore<Variable>::selectLayoutSource()
 {
+    // A fixed debug line: the front end relies on it.
     if (ReadStatTraits<Variable>::layoutDebugLine)
         qDebug() << ReadStatTraits<Variable>::layoutDebugLine;
     return TDataImport::selectLayoutSource();

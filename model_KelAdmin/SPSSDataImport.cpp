@@ -35,6 +35,8 @@ struct ReadStatTraits<TSPSSVariable>
     static constexpr const char *layoutDebugLine = nullptr;
     // The result of the passes is not examined: a file that cannot be read gives no fields and no message.
     static constexpr bool printsParseError = false;
+    // The unknown-type exit message names this fixed place, not the real
+    // source line: the front end relies on the text.
     static constexpr const char *sourcePath = "model_KelAdmin/SPSSDataImport";
     static constexpr int sourceLine = 304;
     static constexpr readstat_value_label_handler valueLabelHandler = handle_value_label_spss;

@@ -33,6 +33,8 @@ struct ReadStatTraits<TSTATAVariable>
     static constexpr bool restartsVariableList = true;
     static constexpr const char *layoutDebugLine = "TSTATADataImport - selectLayoutSource";
     static constexpr bool printsParseError = true;
+    // The unknown-type exit message names this fixed place, not the real
+    // source line: the front end relies on the text.
     static constexpr const char *sourcePath = "model_KelAdmin/STATADataImport";
     static constexpr int sourceLine = 282;
     static constexpr readstat_value_label_handler valueLabelHandler = handle_value_label_stata;

@@ -1,13 +1,12 @@
 #include "model_KelAdmin.h"
 
+#include "TestSupport.h"
+
 #include <gtest/gtest.h>
 
-TEST(KxConstants, FieldTypeNames)
-{
-    EXPECT_EQ(SSTRING, QStringLiteral("STRING"));
-    EXPECT_EQ(SREAL, QStringLiteral("REAL"));
-    EXPECT_EQ(SINTEGER, QStringLiteral("INTEGER"));
-}
+// The header constants as the front end uses them: file-dialog filters joined
+// into one list, text written with ENDLINE and split back, module names in
+// the messages of the errors this library raises.
 
 TEST(KxConstants, ConfigFilterKeepsDoubleExtensionWholeAndEndsInSeparator)
 {
@@ -23,47 +22,24 @@ TEST(KxConstants, DictionaryAndHierarchyFilters)
               QStringLiteral("Kelvo Config (*.lsd.json);;Kelvo Dictionary (*.kxdb);;"));
 }
 
-TEST(KxConstants, Extensions)
-{
-    EXPECT_EQ(EXTENSION_DAT, QStringLiteral(".dat"));
-    EXPECT_EQ(EXTENSION_JSON, QStringLiteral(".json"));
-    EXPECT_EQ(EXTENSION_LSD, QStringLiteral(".lsd.json"));
-    EXPECT_EQ(EXTENSION_KXDB, QStringLiteral(".kxdb"));
-    EXPECT_EQ(EXTENSION_TXT, QStringLiteral(".txt"));
-    EXPECT_EQ(EXTENSION_WIP, QStringLiteral(".wip.json"));
-}
-
-TEST(KxConstants, EndlineIsCarriageReturnLineFeed)
-{
-    ASSERT_EQ(ENDLINE.size(), 2);
-    EXPECT_EQ(ENDLINE.at(0), QLatin1Char('\r'));
-    EXPECT_EQ(ENDLINE.at(1), QLatin1Char('\n'));
-}
-
 TEST(KxConstants, LinesWrittenWithEndlineSplitBackWithoutCarriageReturn)
 {
-    // The library writes ENDLINE for each #\#n token; split on ENDLINE, the
-    // text gives its lines back with no carriage return left at their ends.
+    // The library writes ENDLINE ("\r\n" on every platform) for each #\#n
+    // token; split on ENDLINE, the text gives its lines back with no carriage
+    // return left at their ends.
     const QString written = UtilStrings::returnLineBreak(QStringLiteral("first#\\#nsecond#\\#n"));
     ASSERT_EQ(written, QStringLiteral("first\r\nsecond\r\n"));
     EXPECT_EQ(written.split(ENDLINE), QStringList({QStringLiteral("first"), QStringLiteral("second"), QString()}));
 }
 
-TEST(KxConstants, Separators)
+TEST(KxConstants, ErrorsRaisedByTheLibraryNameTheirModule)
 {
-    EXPECT_EQ(COLONCHR, QStringLiteral(":"));
-    EXPECT_EQ(COMMACHR, QStringLiteral(","));
-    EXPECT_EQ(EQUALCHR, QStringLiteral("="));
-    EXPECT_EQ(SEMICOLONCHR, QStringLiteral(";"));
-    EXPECT_EQ(SPACECHR, QStringLiteral(" "));
-    EXPECT_EQ(TABCHR, QStringLiteral("\t"));
-    EXPECT_EQ(UNDERSCORE, QStringLiteral("_"));
-    EXPECT_EQ(AXYES, QStringLiteral("YES"));
-}
+    QString message;
+    TCSProValueSet set;
+    TValueSetItem entry;
+    ASSERT_TRUE(kxtest::catchKxError([&] { set.setValueSetItem(5, &entry); }, nullptr, &message));
+    EXPECT_TRUE(message.startsWith(QStringLiteral("Class : CSProValueSet\r\n"))) << message.toStdString();
 
-TEST(KxConstants, ModuleNamesRaisedByThisLibrary)
-{
-    EXPECT_EQ(EM_DataImport, QStringLiteral("DataImport"));
-    EXPECT_EQ(EM_CSPro, QStringLiteral("CSPro"));
-    EXPECT_EQ(EM_CSProValueSet, QStringLiteral("CSProValueSet"));
+    ASSERT_TRUE(kxtest::catchKxError([] { GetDataClassLoader(QStringLiteral("NONE")); }, nullptr, &message));
+    EXPECT_TRUE(message.startsWith(QStringLiteral("Class : DataImport\r\n"))) << message.toStdString();
 }
