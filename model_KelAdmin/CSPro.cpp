@@ -9,6 +9,7 @@
 #include <QDebug>
 #include <QEvent>
 #include <QFile>
+#include <QSet>
 #include <QTextStream>
 
 #include <limits>
@@ -101,14 +102,24 @@ private:
 
 } // namespace
 
+namespace {
+
+TCSProRecord *newCommonRecord()
+{
+    auto *record = new TCSProRecord;
+    record->name = COMMON_NAME;
+    record->recordTypeValue = COMMON_TYPE_VALUE;
+    return record;
+}
+
+} // namespace
+
 TCSPro::TCSPro()
-    : commonRecord(new TCSProRecord)
+    : commonRecord(newCommonRecord())
     , records(new QList<TCSProRecord *>)
     , recordsByValue(new QMap<QString, TCSProRecord *>)
     , items(new QList<TCSProItem *>)
 {
-    commonRecord->name = COMMON_NAME;
-    commonRecord->recordTypeValue = COMMON_TYPE_VALUE;
     currentRecord = commonRecord;
 }
 
@@ -120,6 +131,30 @@ TCSPro::~TCSPro()
     delete records;
     delete recordsByValue;
     delete items;
+}
+
+void TCSPro::releaseModel()
+{
+    QSet<TCSProValueSet *> valueSets;
+    for (TCSProItem *item : qAsConst(*items)) {
+        if (item->valueSets) {
+            for (TCSProValueSet *set : qAsConst(*item->valueSets))
+                valueSets.insert(set);
+        }
+    }
+    for (TCSProValueSet *set : qAsConst(valueSets)) {
+        qDeleteAll(*set->items);
+        delete set;
+    }
+    qDeleteAll(*items);
+    items->clear();
+    qDeleteAll(*records);
+    records->clear();
+    recordsByValue->clear();
+    delete commonRecord;
+    commonRecord = newCommonRecord();
+    currentRecord = commonRecord;
+    currentItem = nullptr;
 }
 
 void TCSPro::loadFromFile(QString path)

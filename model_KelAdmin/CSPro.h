@@ -30,6 +30,13 @@ public:
     TCSPro();
     ~TCSPro() override;
 
+    /*! Deletes the records, items, value sets and value-set entries this
+     * reader built (a value set shared by occurrence copies once) and empties
+     * its lists. Neither the destructor nor any reading does this, as the
+     * importers' fields point at the items: call it only when nothing points
+     * into the model any more. The reader is then as new and may read again. */
+    void releaseModel();
+
     //! Reads the text dictionary at \a path; an unreadable file leaves the model empty.
     virtual void loadFromFile(QString path);
     //! The section loop; any failure becomes error 242 with the line index as one character.

@@ -61,26 +61,7 @@ inline bool writeBytes(const QString &path, const QByteArray &bytes)
  * share one value set, so each set is deleted once. */
 inline void releaseModel(TCSPro &dictionary)
 {
-    QSet<TCSProValueSet *> valueSets;
-    for (TCSProItem *item : qAsConst(*dictionary.items)) {
-        if (item->valueSets) {
-            for (TCSProValueSet *set : qAsConst(*item->valueSets))
-                valueSets.insert(set);
-        }
-    }
-    for (TCSProValueSet *set : qAsConst(valueSets)) {
-        qDeleteAll(*set->items);
-        delete set;
-    }
-    qDeleteAll(*dictionary.items);
-    dictionary.items->clear();
-    qDeleteAll(*dictionary.records);
-    dictionary.records->clear();
-    dictionary.recordsByValue->clear();
-    delete dictionary.commonRecord;
-    dictionary.commonRecord = nullptr;
-    dictionary.currentRecord = nullptr;
-    dictionary.currentItem = nullptr;
+    dictionary.releaseModel();
 }
 
 /*! Loads \a path with \a dictionary's loadFromFile. The decimal prompt is

@@ -43,12 +43,53 @@ QList<ValueLabel> splitValueLabels(const QString &text)
 
 namespace {
 
-//! The importer and the data provider, alive while the report is filled.
+/*! The importer and the data provider, alive while the report is filled.
+ * The library leaves the fields and the dictionary model to its caller; the
+ * report holds copies of what it shows, so all of it goes with this. */
 struct OpenedDictionary
 {
     std::unique_ptr<TDataImport> importer;
     TKxDataProvider provider;
     QString libraryOutput; //!< what the library wrote to stdout while reading
+
+    OpenedDictionary() = default;
+    OpenedDictionary(const OpenedDictionary &) = delete;
+    OpenedDictionary &operator=(const OpenedDictionary &) = delete;
+    ~OpenedDictionary()
+    {
+        releaseImporterModel();
+        if (QList<TKxSourceField *> *sourceFields = provider.getSourceFields()) {
+            qDeleteAll(*sourceFields);
+            sourceFields->clear();
+        }
+    }
+
+    //! Deletes the importer's fields and the dictionary model; the provider's source fields stay.
+    void releaseImporterModel()
+    {
+        if (!importer)
+            return;
+        if (QList<TGenericField *> *fields = importer->getFields()) {
+            qDeleteAll(*fields);
+            fields->clear();
+        }
+        // The fields pointed into the model; nothing does now.
+        if (auto *text = dynamic_cast<TCSProDataImport *>(importer.get()))
+            releaseReader(*text);
+        else if (auto *json = dynamic_cast<TCSProJsonDataImport *>(importer.get()))
+            releaseReader(*json);
+    }
+
+private:
+    template <class Importer>
+    static void releaseReader(Importer &importer)
+    {
+        if (auto *reader = importer.getDictionaryReader()) {
+            reader->releaseModel();
+            delete reader;
+            importer.setDictionaryReader(nullptr);
+        }
+    }
 };
 
 /*! The CSPro text importer gets its decimal prompt answered before reading,
@@ -236,7 +277,6 @@ FieldRow fieldRowOf(const TKxSourceField &f)
     row.missingCode = f.getMissingCode();
     row.notApplicableCode = f.getNotApplicableCode();
     row.group = f.getGroup();
-    row.valueLabels = splitValueLabels(f.getValueLabels());
     return row;
 }
 
@@ -325,11 +365,17 @@ QString fillDictionaryReport(const InspectOptions &o, bool dialogPossible, const
     report.kind = InspectReport::Kind::Dictionary;
     describeSource(opened, path, format, detected, report.source);
     describeFileMetadata(*opened.importer, report.source.metadata);
+    const int firstRow = report.fields.size();
     for (const TKxSourceField *f : fields)
         report.fields.append(fieldRowOf(*f));
     placeCSProItems(*opened.importer, report.fields);
     report.groups = groupsOf(*opened.importer, report.fields);
     report.notes = notesOf(*opened.importer);
+    // The value labels are split once the model has gone, so that the two
+    // never take memory at the same time.
+    opened.releaseImporterModel();
+    for (int i = 0; i < fields.size(); ++i)
+        report.fields[firstRow + i].valueLabels = splitValueLabels(fields.at(i)->getValueLabels());
     return QString();
 }
 
