@@ -194,6 +194,10 @@ void TCSPro::loadFromStr(QStringList *lines)
         return;
     noteLines = lines;
     NoteLinesScope scope(&noteLines);
+    qint64 characters = 0;
+    for (const QString &line : qAsConst(*lines))
+        characters += line.size() + 1;
+    startCopyBudget(characters);
     int i = 0;
     try {
         for (i = 0; i < lines->size(); ++i) {
@@ -428,6 +432,18 @@ void TCSPro::storeOccurrenceCopies(const QStringList &section, const TCSProItem 
                       .arg(MaxExpandedItems));
         throw std::length_error("too many items after expansion");
     }
+    if (copiesMade + occurrences > copyBudget) {
+        noteLimit(line, item.name,
+                  QStringLiteral("Item %1 with %2 occurrences would pass the %3 copies of repeated items that "
+                                 "this dictionary may expand to (%4 and one for every %5 characters of the "
+                                 "file); the reading stops here with error 242.")
+                      .arg(item.name)
+                      .arg(occurrences)
+                      .arg(copyBudget)
+                      .arg(MinCopyBudget)
+                      .arg(FileBytesPerCopy));
+        throw std::length_error("too many copies of repeated items");
+    }
     const qint64 lastStart = qint64(item.start) + qint64(occurrences - 1) * qint64(item.len);
     if (lastStart > std::numeric_limits<int>::max() || lastStart < std::numeric_limits<int>::min())
         throw std::overflow_error("occurrence start out of range");
@@ -437,6 +453,7 @@ void TCSPro::storeOccurrenceCopies(const QStringList &section, const TCSProItem 
         firstItemCopies = occurrences;
         firstItemName = item.name;
     }
+    copiesMade += occurrences;
     for (int k = 1; k <= occurrences; ++k) {
         auto *copy = new TCSProItem;
         copy->label = item.label;

@@ -191,6 +191,14 @@ public:
     /*! Largest number of items after expansion: occurrences turn a few bytes
      * of a hostile file into thousands of items each. */
     static constexpr int MaxExpandedItems = 250000;
+    /*! Copies of repeated items one dictionary may expand to: MinCopyBudget,
+     * and one more for every FileBytesPerCopy bytes (characters of the text
+     * form) of the file. Every copy becomes a field of about 2.7 KB, so a few
+     * bytes of a hostile file must not ask for hundreds of megabytes; real
+     * dictionaries expand to a few thousand copies. */
+    static constexpr int MinCopyBudget = 10000;
+    //! See MinCopyBudget.
+    static constexpr int FileBytesPerCopy = 100;
     /*! Most reading notes kept from one load: a hostile file could turn every
      * line into a note. Past it, one "limit-reached" note says so. */
     static constexpr int MaxReadNotes = 10000;
@@ -238,6 +246,16 @@ protected:
     TReadNotes readNotes;
     //! Link id to the name of the first value set with that link and values of its own.
     QHash<QString, QString> linkedValueSets;
+    //! The copies of repeated items this load may make (see MinCopyBudget).
+    qint64 copyBudget = MinCopyBudget;
+    //! The copies of repeated items this load has made.
+    qint64 copiesMade = 0;
+    //! Sets copyBudget for a file of \a fileBytes bytes, no copy made yet.
+    void startCopyBudget(qint64 fileBytes)
+    {
+        copyBudget = MinCopyBudget + fileBytes / FileBytesPerCopy;
+        copiesMade = 0;
+    }
 
 private:
     // Reading notes. The section loop passes the file's lines through

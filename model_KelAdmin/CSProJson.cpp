@@ -75,10 +75,12 @@ void TCSProJson::loadFromJson(QString path)
         return;
     QJsonParseError error;
     QJsonDocument document;
+    qint64 fileBytes = 0;
     {
         // The file's bytes go before the model is built, as the heap then
         // has no large block in the middle of the items.
         const QByteArray bytes = file.readAll();
+        fileBytes = bytes.size();
         // Keys that only notes look for are looked up per object only when
         // the file holds them at all: a lookup walks the object's keys.
         noteKeys.decimals = holdsKey(bytes, "\"decimals\"");
@@ -99,6 +101,7 @@ void TCSProJson::loadFromJson(QString path)
     commonRecord->label = QStringLiteral("Common");
     valueSetEntries = 0;
     valueSetBudgetNoted = false;
+    startCopyBudget(fileBytes);
 
     const QJsonValue levelsValue = dictionary.value(QStringLiteral("levels"));
     if (!levelsValue.isArray())
@@ -243,6 +246,18 @@ void TCSProJson::readRepeatedItem(const QJsonObject &item, TCSProRecord *record,
         if (copyStart != qint64(clampToInt(copyStart)))
             break;
         // A few bytes of "occurrences" must not turn into millions of objects.
+        if (copiesMade >= copyBudget) {
+            addReadNote(0, itemName, TReadNoteKind::LimitReached,
+                        QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the "
+                                       "dictionary made the %3 copies of repeated items it may expand to (%4 and "
+                                       "one for every %5 bytes of the file).")
+                            .arg(itemName)
+                            .arg(i)
+                            .arg(copyBudget)
+                            .arg(MinCopyBudget)
+                            .arg(FileBytesPerCopy));
+            break;
+        }
         if (items->size() >= MaxExpandedItems) {
             addReadNote(0, itemName, TReadNoteKind::LimitReached,
                         QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the "
@@ -252,6 +267,7 @@ void TCSProJson::readRepeatedItem(const QJsonObject &item, TCSProRecord *record,
                             .arg(MaxExpandedItems));
             break;
         }
+        ++copiesMade;
         auto *copy = new TCSProItem;
         copy->name = itemName + UNDERSCORE + QString::number(i);
         copy->label = itemLabel;

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Writes the inputs of the memory table in bench/README.md into FOLDER.
 
-    scripts/memory-inputs.py FOLDER
+    scripts/memory-inputs.py FOLDER [BYTES]
 
 census-50mb.dcf / census-50mb.json: CSPro text and JSON dictionaries of about
-50 MB, records of 50 items, a value set of 20 codes on every 2nd item and 3
+50 MB (or BYTES), records of 50 items, a value set of 20 codes on every 2nd item and 3
 occurrences on every 7th (about 125,000 items, 160,000 once the occurrences
 are expanded: under the readers' limit of 250,000);
 occurrences-limit.dcf / .json: 30 items of 9,999 occurrences each (the most
@@ -108,10 +108,10 @@ def write_occurrence_limit(folder):
         json.dump(dictionary, out)
 
 
-def main():
-    if len(sys.argv) != 2:
-        sys.exit(__doc__)
-    folder = sys.argv[1]
+def write_all(folder, target_bytes=TARGET_BYTES):
+    """Writes every input into folder; the two dictionaries are named census-50mb.* whatever their size."""
+    global TARGET_BYTES
+    TARGET_BYTES = target_bytes
     os.makedirs(folder, exist_ok=True)
     write_text(os.path.join(folder, "census-50mb.dcf"))
     write_json(os.path.join(folder, "census-50mb.json"))
@@ -121,6 +121,12 @@ def main():
         out.write('{"a":' + "[" * depth + "]" * depth + "}")
     with open(os.path.join(folder, "empty-objects.json"), "w") as out:
         out.write('{"levels":[' + ",".join(["{}"] * 10_000_000) + "]}")
+
+
+def main():
+    if len(sys.argv) not in (2, 3):
+        sys.exit(__doc__)
+    write_all(sys.argv[1], int(sys.argv[2]) if len(sys.argv) == 3 else TARGET_BYTES)
 
 
 if __name__ == "__main__":

@@ -1262,26 +1262,46 @@ TEST(CSProNotes, OccurrencesPastTheLimitAreNotedBeforeTheError)
                                                        "expanded; the reading stops here with error 242."))});
 }
 
-TEST(CSProNotes, ExpansionPastTheItemLimitIsNoted)
+TEST(CSProNotes, CopiesPastTheBudgetAreNotedBeforeTheError)
 {
     TCSPro d;
-    QStringList lines;
-    // 25 items of 9999 occurrences stay below 250,000 items; the 26th does not.
-    for (int i = 0; i < 25; ++i)
-        lines << QStringLiteral("[Item]") << QStringLiteral("Name=I%1").arg(i) << QStringLiteral("Len=1")
-              << QStringLiteral("Occurrences=9999");
-    lines << QStringLiteral("[Item]") << QStringLiteral("Name=LAST") << QStringLiteral("Len=1")
-          << QStringLiteral("Occurrences=9999");
+    // 78 characters with the line ends: the budget is the 10,000 copies every
+    // dictionary may make. The first item's 9999 copies fit, the second's do not.
+    QStringList lines{QStringLiteral("[Item]"), QStringLiteral("Name=I0"),   QStringLiteral("Len=1"),
+                      QStringLiteral("Occurrences=9999"), QStringLiteral("[Item]"), QStringLiteral("Name=LAST"),
+                      QStringLiteral("Len=1"),  QStringLiteral("Occurrences=9999")};
     try {
         d.loadFromStr(&lines);
         FAIL() << "expected error 242";
     } catch (KxErrorManager *e) {
         delete e;
     }
-    expectNotes(d.getReadNotes(), {note(25 * 4 + 4, "LAST", "limit-reached",
-                                        QStringLiteral("Item LAST with 9999 occurrences would make more than 250000 "
-                                                       "items; the reading stops here with error 242."))});
-    EXPECT_EQ(d.getItemsCount(), 25 * 9999);
+    expectNotes(d.getReadNotes(),
+                {note(8, "LAST", "limit-reached",
+                      QStringLiteral("Item LAST with 9999 occurrences would pass the 10000 copies of repeated items "
+                                     "that this dictionary may expand to (10000 and one for every 100 characters "
+                                     "of the file); the reading stops here with error 242."))});
+    EXPECT_EQ(d.getItemsCount(), 9999);
+}
+
+TEST(CSProNotes, EveryHundredCharactersOfTheFileAllowOneCopyMore)
+{
+    // 9999 copies, then 2 more: 10,001 copies need a file of 100 characters
+    // more than the bare lines, which a long label gives.
+    QStringList lines{QStringLiteral("[Item]"), QStringLiteral("Name=I0"),   QStringLiteral("Len=1"),
+                      QStringLiteral("Occurrences=9999"), QStringLiteral("[Item]"), QStringLiteral("Name=LAST"),
+                      QStringLiteral("Len=1"),  QStringLiteral("Occurrences=2")};
+    {
+        TCSPro d;
+        QStringList bare = lines;
+        EXPECT_TRUE(kxtest::catchKxError([&] { d.loadFromStr(&bare); }));
+        EXPECT_EQ(d.getItemsCount(), 9999);
+    }
+    TCSPro d;
+    lines << QStringLiteral("Label=") + QString(100, QLatin1Char('x'));
+    EXPECT_FALSE(kxtest::catchKxError([&] { d.loadFromStr(&lines); }));
+    EXPECT_EQ(d.getItemsCount(), 10001);
+    EXPECT_TRUE(d.getReadNotes().isEmpty());
 }
 
 TEST(CSProNotes, UndecodableBytesAreNotedWithTheirLine)

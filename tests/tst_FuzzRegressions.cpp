@@ -104,9 +104,10 @@ QString regressionFile(const QString &name)
     return QDir(regressionRoot()).filePath(name);
 }
 
-// Thirty items of 9999 occurrences: 25 of them fit under the item limit, the
-// 26th fails the load with error 242 before any of its copies is stored.
-TEST(FuzzRegressionCSProText, ExpansionPastTheItemLimitFailsWithError242)
+// Thirty items of 9999 occurrences in a file of a few kilobytes: the first
+// fits in the copy budget (10,000 and one per 100 characters), the second
+// fails the load with error 242 before any of its copies is stored.
+TEST(FuzzRegressionCSProText, CopiesPastTheBudgetFailWithError242)
 {
     TCSPro d;
     int number = 0;
@@ -114,8 +115,7 @@ TEST(FuzzRegressionCSProText, ExpansionPastTheItemLimitFailsWithError242)
         [&] { d.loadFromFile(regressionFile(QStringLiteral("cspro_text/occurrences-past-item-limit.dcf"))); },
         &number));
     EXPECT_EQ(number, 242);
-    EXPECT_EQ(d.getItemsCount(), 25 * TCSPro::MaxOccurrences);
-    EXPECT_LE(d.getItemsCount(), TCSPro::MaxExpandedItems);
+    EXPECT_EQ(d.getItemsCount(), TCSPro::MaxOccurrences);
     kxfuzz::releaseModel(d);
 }
 
@@ -137,14 +137,28 @@ TEST(FuzzRegressionCSProJson, OccurrenceCopiesShareOneValueSet)
     kxfuzz::releaseModel(d);
 }
 
-// Thirty items of 9999 occurrences: reading is silent, and copies stop at the
-// item limit.
-TEST(FuzzRegressionCSProJson, CopiesStopAtTheItemLimit)
+// Thirty items of 9999 occurrences: copies stop at the copy budget, 10,000
+// and one for every 100 bytes of the file, in the second item.
+TEST(FuzzRegressionCSProJson, CopiesStopAtTheCopyBudget)
 {
+    const QString path = regressionFile(QStringLiteral("cspro_json/occurrences-past-item-limit.json"));
+    const qint64 budget = 10000 + QFileInfo(path).size() / 100;
     TCSProJson d;
-    d.loadFromFile(regressionFile(QStringLiteral("cspro_json/occurrences-past-item-limit.json")));
-    EXPECT_EQ(d.getItemsCount(), TCSPro::MaxExpandedItems);
-    EXPECT_EQ(d.getItem(TCSPro::MaxExpandedItems - 1)->name, QStringLiteral("A25_25"));
+    d.loadFromFile(path);
+    ASSERT_EQ(d.getItemsCount(), budget);
+    EXPECT_EQ(d.getItem(9998)->name, QStringLiteral("A0_9999"));
+    EXPECT_EQ(d.getItem(int(budget) - 1)->name, QStringLiteral("A1_%1").arg(budget - 9999));
+    // One note for each item that lost copies: A1 from its copy after the
+    // budget, A2 to A29 from their first.
+    const TReadNotes notes = d.getReadNotes();
+    ASSERT_EQ(notes.size(), 29);
+    for (int i = 0; i < notes.size(); ++i) {
+        EXPECT_EQ(notes.at(i).getKind(), QStringLiteral("limit-reached"));
+        EXPECT_EQ(notes.at(i).getSubject(), QStringLiteral("A%1").arg(i + 1));
+    }
+    EXPECT_TRUE(notes.at(0).getText().contains(QStringLiteral("at copy %1,").arg(budget - 9999 + 1)))
+        << notes.at(0).getText().toStdString();
+    EXPECT_TRUE(notes.at(1).getText().contains(QStringLiteral("at copy 1,"))) << notes.at(1).getText().toStdString();
     kxfuzz::releaseModel(d);
 }
 
