@@ -407,7 +407,7 @@ void TCSPro::readItemCommands(const QStringList &section, TCSProItem *item)
         item->zeroFill = true;
 }
 
-void TCSPro::storeOccurrenceCopies(const QStringList &section, const TCSProItem &item)
+void TCSPro::checkOccurrences(const QStringList &section, const TCSProItem &item)
 {
     // Counts and positions come from the file: an occurrence count above
     // what CSPro allows, or a last start outside int, is a corrupt item and
@@ -447,7 +447,12 @@ void TCSPro::storeOccurrenceCopies(const QStringList &section, const TCSProItem 
     const qint64 lastStart = qint64(item.start) + qint64(occurrences - 1) * qint64(item.len);
     if (lastStart > std::numeric_limits<int>::max() || lastStart < std::numeric_limits<int>::min())
         throw std::overflow_error("occurrence start out of range");
+}
 
+void TCSPro::storeOccurrenceCopies(const QStringList &section, const TCSProItem &item)
+{
+    checkOccurrences(section, item);
+    const int occurrences = item.occurrences;
     const int copiesIndex = items->size();
     if (copiesIndex == 0) {
         firstItemCopies = occurrences;

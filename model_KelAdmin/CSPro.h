@@ -281,6 +281,7 @@ private:
     // The steps of the [Item] and [ValueSet] sections.
     void readItemCommands(const QStringList &section, TCSProItem *item);
     void storeOccurrenceCopies(const QStringList &section, const TCSProItem &item);
+    void checkOccurrences(const QStringList &section, const TCSProItem &item);
     QString readValueLines(const QStringList &section, TCSProValueSet *valueSet);
     TValueSetItem *readValueLine(const QString &line, TCSProValueSet *valueSet);
     void readSpecialValue(const QString &line, TValueSetItem *pending, const TCSProValueSet *valueSet);

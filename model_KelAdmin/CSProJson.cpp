@@ -245,28 +245,8 @@ void TCSProJson::readRepeatedItem(const QJsonObject &item, TCSProRecord *record,
         const qint64 copyStart = qint64(start) + qint64(i - 1) * qint64(len);
         if (copyStart != qint64(clampToInt(copyStart)))
             break;
-        // A few bytes of "occurrences" must not turn into millions of objects.
-        if (copiesMade >= copyBudget) {
-            addReadNote(0, itemName, TReadNoteKind::LimitReached,
-                        QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the "
-                                       "dictionary made the %3 copies of repeated items it may expand to (%4 and "
-                                       "one for every %5 bytes of the file).")
-                            .arg(itemName)
-                            .arg(i)
-                            .arg(copyBudget)
-                            .arg(MinCopyBudget)
-                            .arg(FileBytesPerCopy));
+        if (!mayMakeCopy(itemName, i))
             break;
-        }
-        if (items->size() >= MaxExpandedItems) {
-            addReadNote(0, itemName, TReadNoteKind::LimitReached,
-                        QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the "
-                                       "dictionary reached %3 items.")
-                            .arg(itemName)
-                            .arg(i)
-                            .arg(MaxExpandedItems));
-            break;
-        }
         ++copiesMade;
         auto *copy = new TCSProItem;
         copy->name = itemName + UNDERSCORE + QString::number(i);
@@ -286,6 +266,33 @@ void TCSProJson::readRepeatedItem(const QJsonObject &item, TCSProRecord *record,
         items->append(copy);
     }
     position = clampToInt(qint64(start) + qint64(count) * qint64(std::max(len, 1)));
+}
+
+bool TCSProJson::mayMakeCopy(const QString &itemName, int copy)
+{
+    // A few bytes of "occurrences" must not turn into millions of objects.
+    if (copiesMade >= copyBudget) {
+        addReadNote(0, itemName, TReadNoteKind::LimitReached,
+                    QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the dictionary "
+                                   "made the %3 copies of repeated items it may expand to (%4 and one for every "
+                                   "%5 bytes of the file).")
+                        .arg(itemName)
+                        .arg(copy)
+                        .arg(copyBudget)
+                        .arg(MinCopyBudget)
+                        .arg(FileBytesPerCopy));
+        return false;
+    }
+    if (items->size() >= MaxExpandedItems) {
+        addReadNote(0, itemName, TReadNoteKind::LimitReached,
+                    QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the dictionary "
+                                   "reached %3 items.")
+                        .arg(itemName)
+                        .arg(copy)
+                        .arg(MaxExpandedItems));
+        return false;
+    }
+    return true;
 }
 
 void TCSProJson::readCopyValueSet(TCSProItem *copy, const QJsonObject &item, bool first,

@@ -57,6 +57,8 @@ private:
     void readRepeatedItem(const QJsonObject &item, TCSProRecord *record, int &position, int count,
                           const ItemDefaults &defaults);
     void readCopyValueSet(TCSProItem *copy, const QJsonObject &item, bool first, TCSProValueSet *firstValueSet);
+    //! False, with a limit-reached note, when copy \a copy of \a itemName would pass a bound on copies or items.
+    bool mayMakeCopy(const QString &itemName, int copy);
     // withNotes is false for the copies after the first: one note per JSON object.
     void readValueSet(TCSProItem *item, const QJsonObject &jsonItem, bool withNotes);
     TValueSetItem *readValue(const QJsonObject &jsonValue, const QString &valueSetName, bool withNotes);
