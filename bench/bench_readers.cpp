@@ -171,26 +171,8 @@ QByteArray cSProJson(int items)
 // whose compression makes the repeated row values small.
 kxtest::ReadStatFile statFile(bool stata, int rows)
 {
-    using kxtest::ReadStatFile;
-    ReadStatFile f;
-    f.container = stata ? ReadStatFile::Container::Dta : ReadStatFile::Container::Zsav;
-    f.rows = rows;
-    const ReadStatFile::Type setType = stata ? ReadStatFile::Type::Int32 : ReadStatFile::Type::Double;
-    for (int s = 0; s < 20; ++s) {
-        ReadStatFile::LabelSet set;
-        set.name = "set" + QByteArray::number(s);
-        set.type = setType;
-        for (int v = 1; v <= 5; ++v)
-            set.labels.append(kxtest::numericLabel(v, "Answer " + QByteArray::number(v)));
-        f.labelSets.append(set);
-    }
-    for (int i = 0; i < 200; ++i) {
-        const QByteArray n = QByteArray::number(i);
-        f.variables.append(kxtest::readStatVariable("v" + n, stata ? ReadStatFile::Type::Int8 : ReadStatFile::Type::Double,
-                                                    stata ? "%8.0g" : "F2.0", "Variable " + n,
-                                                    "set" + QByteArray::number(i % 20)));
-    }
-    return f;
+    using Container = kxtest::ReadStatFile::Container;
+    return kxtest::labelledSurveyFile(stata ? Container::Dta : Container::Zsav, rows);
 }
 
 void writeStatFile(const QString &path, bool stata, int rows)

@@ -2,6 +2,7 @@
 
 #include "TestSupport.h"
 
+#include <QFile>
 #include <QHash>
 #include <QTemporaryDir>
 
@@ -17,6 +18,12 @@ ssize_t appendBytes(const void *data, size_t len, void *ctx)
     return static_cast<ssize_t>(len);
 }
 
+ssize_t writeToFile(const void *data, size_t len, void *ctx)
+{
+    const qint64 written = static_cast<QFile *>(ctx)->write(static_cast<const char *>(data), qint64(len));
+    return static_cast<ssize_t>(written);
+}
+
 readstat_type_t toReadStat(ReadStatFile::Type type)
 {
     return static_cast<readstat_type_t>(static_cast<int>(type));
@@ -27,7 +34,7 @@ const char *textOrNull(const QByteArray &text)
     return text.isEmpty() ? nullptr : text.constData();
 }
 
-readstat_error_t beginWriting(readstat_writer_t *writer, const ReadStatFile &file, QByteArray *out)
+readstat_error_t beginWriting(readstat_writer_t *writer, const ReadStatFile &file, void *out)
 {
     switch (file.container) {
     case ReadStatFile::Container::Sav:
@@ -149,11 +156,13 @@ ReadStatFile::Missing missingText(const QByteArray &text)
     return m;
 }
 
-QByteArray readStatBytes(const ReadStatFile &file, QString *error)
+namespace {
+
+//! Writes \a file through ReadStat's writer, handing its bytes to \a dataWriter with \a out.
+readstat_error_t writeReadStat(const ReadStatFile &file, readstat_data_writer dataWriter, void *out)
 {
-    QByteArray out;
     readstat_writer_t *writer = readstat_writer_init();
-    readstat_set_data_writer(writer, appendBytes);
+    readstat_set_data_writer(writer, dataWriter);
 
     QHash<QByteArray, readstat_label_set_t *> sets;
     for (const ReadStatFile::LabelSet &set : file.labelSets) {
@@ -204,13 +213,21 @@ QByteArray readStatBytes(const ReadStatFile &file, QString *error)
     if (file.timestamp != 0)
         readstat_writer_set_file_timestamp(writer, static_cast<time_t>(file.timestamp));
 
-    readstat_error_t rc = beginWriting(writer, file, &out);
+    readstat_error_t rc = beginWriting(writer, file, out);
     if (rc == READSTAT_OK)
         rc = writeRows(writer, variables, file, ref);
     if (rc == READSTAT_OK)
         rc = readstat_end_writing(writer);
     readstat_writer_free(writer);
+    return rc;
+}
 
+} // namespace
+
+QByteArray readStatBytes(const ReadStatFile &file, QString *error)
+{
+    QByteArray out;
+    const readstat_error_t rc = writeReadStat(file, appendBytes, &out);
     if (rc != READSTAT_OK) {
         if (error)
             *error = QString::fromUtf8(readstat_error_message(rc));
@@ -219,12 +236,51 @@ QByteArray readStatBytes(const ReadStatFile &file, QString *error)
     return out;
 }
 
+bool streamReadStatFile(const QString &path, const ReadStatFile &file, QString *error)
+{
+    QFile out(path);
+    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        if (error)
+            *error = out.errorString();
+        return false;
+    }
+    const readstat_error_t rc = writeReadStat(file, writeToFile, &out);
+    if (rc != READSTAT_OK && error)
+        *error = QString::fromUtf8(readstat_error_message(rc));
+    return rc == READSTAT_OK;
+}
+
 QString writeReadStatFile(const QTemporaryDir &dir, const QString &name, const ReadStatFile &file, QString *error)
 {
     const QByteArray bytes = readStatBytes(file, error);
     if (bytes.isEmpty())
         return QString();
     return writeFile(dir, name, bytes);
+}
+
+ReadStatFile labelledSurveyFile(ReadStatFile::Container container, int rows)
+{
+    const bool stata = container == ReadStatFile::Container::Dta;
+    ReadStatFile f;
+    f.container = container;
+    f.rows = rows;
+    const ReadStatFile::Type setType = stata ? ReadStatFile::Type::Int32 : ReadStatFile::Type::Double;
+    for (int s = 0; s < 20; ++s) {
+        ReadStatFile::LabelSet set;
+        set.name = "set" + QByteArray::number(s);
+        set.type = setType;
+        for (int v = 1; v <= 5; ++v)
+            set.labels.append(numericLabel(v, "Answer " + QByteArray::number(v)));
+        f.labelSets.append(set);
+    }
+    for (int i = 0; i < 200; ++i) {
+        const QByteArray n = QByteArray::number(i);
+        // int8 values (the row number modulo 100): SPSS keeps them as doubles,
+        // which row compression stores in one byte each.
+        f.variables.append(readStatVariable("v" + n, ReadStatFile::Type::Int8, stata ? "%8.0g" : "F2.0", "Variable " + n,
+                                            "set" + QByteArray::number(i % 20)));
+    }
+    return f;
 }
 
 } // namespace kxtest

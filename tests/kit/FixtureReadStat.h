@@ -78,8 +78,18 @@ ReadStatFile::Label taggedLabel(char tag, const QByteArray &label);
 ReadStatFile::Missing missingRange(double low, double high);
 ReadStatFile::Missing missingText(const QByteArray &text);
 
+/*! A survey file of \a rows rows and 200 numeric variables v0 to v199, each
+ * labelled by one of 20 label sets of 5 labels ("Answer 1" to "Answer 5");
+ * int8 values, of format %8.0g in Stata containers and F2.0 in SPSS ones
+ * (which keep them as doubles).
+ * The benchmarks and the large files of the speed measurements use it. */
+ReadStatFile labelledSurveyFile(ReadStatFile::Container container, int rows);
+
 /*! The file's bytes; empty on failure, with ReadStat's message in \a error. */
 QByteArray readStatBytes(const ReadStatFile &file, QString *error = nullptr);
+/*! Writes the file straight to \a path, for files too large to hold in
+ * memory; false on failure, with the reason in \a error. */
+bool streamReadStatFile(const QString &path, const ReadStatFile &file, QString *error = nullptr);
 /*! Writes the file as \a name into \a dir and returns its path; empty on failure. */
 QString writeReadStatFile(const QTemporaryDir &dir, const QString &name, const ReadStatFile &file,
                           QString *error = nullptr);

@@ -5,12 +5,17 @@
 //                                          the files are committed)
 //   keladmin-make-samples --seeds FOLDER   the fuzz targets' seeds, FOLDER/spss/*.sav
 //                                          and FOLDER/stata/*.dta (fuzz/run-fuzzers.sh)
+//   keladmin-make-samples --large FOLDER   large.sav (compressed) and large.dta
+//                                          (format 118): 200 labelled variables and
+//                                          2,000,000 rows, about 500 MB each, for the
+//                                          inspector's speed against readstat
 #include "FixtureReadStat.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cstdio>
 
@@ -185,6 +190,27 @@ bool writeSeeds(const QDir &dir)
     return ok;
 }
 
+bool stream(const QDir &dir, const QString &name, const ReadStatFile &file)
+{
+    QString error;
+    const QString path = dir.filePath(name);
+    if (!kxtest::streamReadStatFile(path, file, &error)) {
+        std::fprintf(stderr, "keladmin-make-samples: %s: %s\n", qPrintable(path), qPrintable(error));
+        return false;
+    }
+    std::printf("wrote %s (%lld bytes)\n", qPrintable(path), QFileInfo(path).size());
+    return true;
+}
+
+// Too large to hold in memory: written straight to the files.
+bool writeLarge(const QDir &dir)
+{
+    constexpr int Rows = 2000000;
+    return stream(dir, QStringLiteral("large.sav"),
+                  kxtest::labelledSurveyFile(ReadStatFile::Container::SavCompressed, Rows))
+           && stream(dir, QStringLiteral("large.dta"), kxtest::labelledSurveyFile(ReadStatFile::Container::Dta, Rows));
+}
+
 bool writeSamples(const QDir &dir)
 {
     return write(dir, QStringLiteral("census.sav"), censusSav())
@@ -197,10 +223,11 @@ int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     const QStringList args = app.arguments();
-    const bool seeds = args.size() == 3 && args.at(1) == QLatin1String("--seeds");
-    const QString folder = args.value(seeds ? 2 : 1);
-    if (args.size() != (seeds ? 3 : 2) || folder.startsWith(QLatin1Char('-'))) {
-        std::fprintf(stderr, "usage: keladmin-make-samples [--seeds] FOLDER\n");
+    const QString mode = args.size() == 3 ? args.at(1) : QString();
+    const QString folder = args.value(mode.isEmpty() ? 1 : 2);
+    const bool known = mode.isEmpty() || mode == QLatin1String("--seeds") || mode == QLatin1String("--large");
+    if (args.size() != (mode.isEmpty() ? 2 : 3) || !known || folder.startsWith(QLatin1Char('-'))) {
+        std::fprintf(stderr, "usage: keladmin-make-samples [--seeds | --large] FOLDER\n");
         return 2;
     }
     const QDir dir(folder);
@@ -208,5 +235,9 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "keladmin-make-samples: %s: no such folder\n", qPrintable(folder));
         return 1;
     }
-    return (seeds ? writeSeeds(dir) : writeSamples(dir)) ? 0 : 1;
+    if (mode == QLatin1String("--seeds"))
+        return writeSeeds(dir) ? 0 : 1;
+    if (mode == QLatin1String("--large"))
+        return writeLarge(dir) ? 0 : 1;
+    return writeSamples(dir) ? 0 : 1;
 }
