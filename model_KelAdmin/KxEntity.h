@@ -183,7 +183,7 @@ private:
     // Set by the caller before use; zeroed here so that they never read garbage.
     int level = 0;
     qint64 nrElements = 0;
-    bool reserved = false; // kept for layout; has no accessors
+    [[maybe_unused]] bool reserved = false; // kept for layout; has no accessors
     bool sequence = false;
     bool sdc = false;
     QString recType;
