@@ -737,6 +737,27 @@ TEST(CSProJsonNotes, EachCopyOfARepeatedItemGetsItsOwnValueSet)
     EXPECT_TRUE(d.getReadNotes().isEmpty());
 }
 
+TEST(CSProJsonNotes, CopiesPastTheCopyBudgetAreNotMadeAndNoted)
+{
+    // A file of a few hundred bytes may expand to 10,000 copies and one more
+    // per 100 bytes: X's 9999 copies fit, Y's stop where the budget ends.
+    const QByteArray json = withRecords(R"({"name":"P","items":[
+        {"name":"X","length":1,"occurrences":{"maximum":9999}},
+        {"name":"Y","length":1,"occurrences":{"maximum":50}}]})");
+    const int budget = 10000 + json.size() / 100;
+    TCSProJson d;
+    loadJson(d, json);
+    ASSERT_EQ(d.getItemsCount(), budget);
+    EXPECT_EQ(d.getItem(budget - 1)->name, QStringLiteral("Y_%1").arg(budget - 9999));
+    expectNotes(d.getReadNotes(),
+                {TReadNote(0, QStringLiteral("Y"), QStringLiteral("limit-reached"),
+                           QStringLiteral("Item Y: the reading stopped making its copies at copy %1, as the "
+                                          "dictionary made the %2 copies of repeated items it may expand to (10000 "
+                                          "and one for every 100 bytes of the file).")
+                               .arg(budget - 9999 + 1)
+                               .arg(budget))});
+}
+
 TEST(CSProJsonNotes, CopiesShareTheFirstValueSetOncePastTheEntryBudget)
 {
     // 100 codes a copy: the budget of 250,000 entries is spent after 2,500
