@@ -736,6 +736,34 @@ TEST_F(Inspector, LookupBlankSeparatorTakesSeveralBlanksAsOne)
     EXPECT_EQ(frequencyOf(root, QStringLiteral("South Coast")), 1);
 }
 
+// The separator names stand for the codes 2 (comma), 3 (semicolon) and 4
+// (colon) of the lookup import; each splits its file's lines at that character.
+class InspectorSeparator : public Inspector, public ::testing::WithParamInterface<std::pair<const char *, char>>
+{
+};
+
+TEST_P(InspectorSeparator, LookupSplitsAtTheNamedCharacter)
+{
+    const QByteArray separator(1, GetParam().second);
+    const QString path =
+        writeFile(dir, QStringLiteral("sep.txt"), "01" + separator + "North\n02" + separator + "South Coast\n");
+    const Outcome r = runInspector({QStringLiteral("--lookup"), path, QStringLiteral("--separator"),
+                                    QString::fromLatin1(GetParam().first), QStringLiteral("--json")});
+    ASSERT_TRUE(r.finished);
+    ASSERT_EQ(r.exitCode, 0);
+    const QJsonObject root = jsonOf(r);
+    EXPECT_EQ(num(root, "entries"), 2);
+    EXPECT_EQ(frequencyOf(root, QStringLiteral("North")), 1);
+    EXPECT_EQ(frequencyOf(root, QStringLiteral("South Coast")), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Separators, InspectorSeparator,
+                         ::testing::Values(std::make_pair("comma", ','), std::make_pair("semicolon", ';'),
+                                           std::make_pair("colon", ':')),
+                         [](const ::testing::TestParamInfo<std::pair<const char *, char>> &info) {
+                             return std::string(info.param.first);
+                         });
+
 // ------------------------------------------------------------------ version
 
 TEST_F(Inspector, VersionPrintsTheToolsLibrarysReadStatsAndQtsVersionsOnOneLine)
