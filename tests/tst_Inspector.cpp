@@ -217,7 +217,17 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"DecimalWithLookup",
                   {"--lookup", "a.txt", "--separator", "tab", "--decimal", "ask"},
                   "keladmin-inspect: --format and --decimal apply to dictionaries, not to --lookup"},
-        UsageCase{"TwoFiles", {"a.dcf", "b.dcf"}, "keladmin-inspect: only one file can be inspected"}),
+        UsageCase{"TwoFiles", {"a.dcf", "b.dcf"}, "keladmin-inspect: only one file can be inspected"},
+        UsageCase{"FileAndLookup", {"a.dcf", "--lookup", "b.txt"}, "keladmin-inspect: only one file can be inspected"},
+        UsageCase{"TwoFilesAfterDashDash", {"--", "-a.dcf", "-b.dcf"},
+                  "keladmin-inspect: only one file can be inspected"},
+        UsageCase{"FormatWithoutValue", {"--format"}, "keladmin-inspect: --format needs a value"},
+        UsageCase{"DecimalWithoutValue", {"a.dcf", "--decimal"}, "keladmin-inspect: --decimal needs a value"},
+        UsageCase{"LookupWithoutFile", {"--lookup"}, "keladmin-inspect: --lookup needs a file"},
+        UsageCase{"SeparatorWithoutValue", {"--lookup", "a.txt", "--separator"},
+                  "keladmin-inspect: --separator needs a value"},
+        UsageCase{"MaxMessagesWithoutNumber", {"--lookup", "a.txt", "--separator", "tab", "--max-messages"},
+                  "keladmin-inspect: --max-messages needs a number"}),
     [](const ::testing::TestParamInfo<UsageCase> &info) { return std::string(info.param.name); });
 
 // ------------------------------------------------------------------ bad input
