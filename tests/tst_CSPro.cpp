@@ -1124,6 +1124,17 @@ TEST(CSProNotes, LineWithASecondEqualsSignGivesTheDefault)
                                                      "reading kept '' instead of 'a=b'."))});
 }
 
+TEST(CSProNotes, AbsentCommandFoundInAnotherLineWithANumberIsNoted)
+{
+    // No "Start=" line: the search for "Start" stops at "SubStart=7", whose 7
+    // replaces the default start of 1.
+    const QStringList lines = L({"[Item]", "Name=X", "Len=2", "SubStart=7"});
+    expectNotes(notesOf(lines),
+                {note(4, "X", "key-from-other-line",
+                      QStringLiteral("Start was read from the line 'SubStart=7', which gave '7'; without a line "
+                                     "'Start=' of its own it would be 1."))});
+}
+
 TEST(CSProNotes, AbsentCommandFoundInAnotherLineWithoutLossGivesNoNote)
 {
     // "Decimal" is found in "DecimalChar=Yes": not a number, so the default 0,
