@@ -407,6 +407,13 @@ TEST(TKxLookupFrequencies, CountedWithBothBitsAndNotWithChecksOnly)
     EXPECT_TRUE(neither.errors.isEmpty());
 }
 
+TEST(TKxLookupFrequencies, EmptyLabelsAreCountedTogether)
+{
+    // "01 " and "02 " split at their blank into a key and an empty label.
+    LookupRun run("01 \n02 \n03 North\n", 0, eLabelFrequencies);
+    EXPECT_EQ(run.frequencies, (TKxLabelFrequencies{{QString(), 2}, {QStringLiteral("North"), 1}}));
+}
+
 TEST(TKxLookupFrequencies, DroppedDuplicateKeyLineIsNotCounted)
 {
     LookupRun run("01 North\n01 North\n", 0, eLabelFrequencies);
