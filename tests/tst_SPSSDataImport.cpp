@@ -457,6 +457,15 @@ TEST(SpssCallbacks, HugeLabelledNumberInAWholeNumberVariableIsClampedToTheIntege
     EXPECT_EQ(importer.getVariables().first()->getValueLabels(), QStringLiteral("2147483647 Big\t"));
 }
 
+TEST(SpssCallbacks, HugeNegativeLabelledNumberIsClampedToTheLowestInteger)
+{
+    TSPSSDataImport importer;
+    handle_value_label_spss("set", readStatDouble(-1e12), "Debt", &importer);
+    readstat_variable_t v = readStatRecord(READSTAT_TYPE_DOUBLE, "v", "F9.0");
+    handle_variable_spss(0, &v, "set", &importer);
+    EXPECT_EQ(importer.getVariables().first()->getValueLabels(), QStringLiteral("-2147483648 Debt\t"));
+}
+
 TEST(SpssCallbacks, MetadataCallbackCopiesRowAndVariableCounts)
 {
     TSPSSDataImport importer;
