@@ -801,6 +801,20 @@ TEST_F(Inspector, VersionNeedsNoFile)
     EXPECT_TRUE(r.out.startsWith(QStringLiteral("keladmin-inspect ")));
 }
 
+TEST_F(Inspector, HelpAmongOtherOptionsPrintsTheSameHelp)
+{
+    // -h and --help after other options: the whole help, exit 0, no file read.
+    const Outcome alone = runInspector({QStringLiteral("--help")});
+    for (const QStringList &args : {QStringList{QStringLiteral("--json"), QStringLiteral("--help")},
+                                    QStringList{QStringLiteral("--wide"), QStringLiteral("-h")}}) {
+        const Outcome r = runInspector(args);
+        ASSERT_TRUE(r.finished);
+        EXPECT_EQ(r.exitCode, 0) << args.join(' ').toStdString();
+        EXPECT_EQ(r.out, alone.out) << args.join(' ').toStdString();
+        EXPECT_TRUE(r.err.isEmpty());
+    }
+}
+
 TEST_F(Inspector, HelpDocumentsTheScriptOptionsAndEveryExitStatus)
 {
     const Outcome r = runInspector({QStringLiteral("--help")});
