@@ -883,6 +883,24 @@ TEST(InspectHtmlWriter, SpssAndStataGetAVariableTableInsteadOfADrawing)
         << text.toStdString();
 }
 
+TEST(InspectHtmlWriter, LookupPageSummarisesTheFileAndListsTheLabelCounts)
+{
+    InspectReport report;
+    report.kind = InspectReport::Kind::Lookup;
+    report.lookup.file = QStringLiteral("/data/areas<1>.txt");
+    report.lookup.separator = QStringLiteral("tab");
+    report.lookup.entries = 3;
+    report.lookup.messages = QStringList{QStringLiteral("Key [01] already exists")};
+    report.lookup.labelFrequencies = {{QStringLiteral("Central"), 2}, {QStringLiteral("Harbour"), 1}};
+    const QString text = pageOf(report);
+    EXPECT_TRUE(text.contains(QLatin1String("/data/areas&lt;1&gt;.txt"))) << text.toStdString();
+    EXPECT_TRUE(text.contains(QLatin1String("<h2>Label frequencies</h2>")));
+    EXPECT_TRUE(text.contains(QLatin1String("<tr><td class=\"num\">2</td><td>Central</td></tr>")))
+        << text.toStdString();
+    EXPECT_TRUE(text.contains(QLatin1String("<tr><td class=\"num\">1</td><td>Harbour</td></tr>")));
+    EXPECT_FALSE(text.contains(QLatin1String("<h2>Records</h2>")));
+}
+
 TEST(InspectHtmlWriter, EndsWithTheReadingNotesUnlessLeftOut)
 {
     InspectReport report = columnsReport();
