@@ -27,9 +27,9 @@ def peak_bytes(command):
 
 def main():
     inspector, scripts, work = sys.argv[1:4]
-    spec = importlib.util.spec_from_file_location("memory_inputs", os.path.join(scripts, "memory-inputs.py"))
-    inputs = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(inputs)
+    script = importlib.util.spec_from_file_location("memory_inputs", os.path.join(scripts, "memory-inputs.py"))
+    inputs = importlib.util.module_from_spec(script)
+    script.loader.exec_module(inputs)
     inputs.write_all(work, DICTIONARY_BYTES)
     failed = False
     for name in sorted(os.listdir(work)):
