@@ -100,10 +100,6 @@ private:
     }
 };
 
-} // namespace
-
-namespace {
-
 TCSProRecord *newCommonRecord()
 {
     auto *record = new TCSProRecord;

@@ -130,7 +130,6 @@ void setFromValueSets(Variable *field, TCSProItem *item)
 template <class Reader>
 struct CSProImportTraits;
 
-
 // ----------------------------------------------------------- TCSProImportCore
 
 template <class Reader, class Variable>

@@ -245,9 +245,12 @@ bool streamReadStatFile(const QString &path, const ReadStatFile &file, QString *
         return false;
     }
     const readstat_error_t rc = writeReadStat(file, writeToFile, &out);
-    if (rc != READSTAT_OK && error)
+    if (rc == READSTAT_OK)
+        return true;
+    if (error)
         *error = QString::fromUtf8(readstat_error_message(rc));
-    return rc == READSTAT_OK;
+    out.remove();
+    return false;
 }
 
 QString writeReadStatFile(const QTemporaryDir &dir, const QString &name, const ReadStatFile &file, QString *error)

@@ -88,7 +88,7 @@ ReadStatFile labelledSurveyFile(ReadStatFile::Container container, int rows);
 /*! The file's bytes; empty on failure, with ReadStat's message in \a error. */
 QByteArray readStatBytes(const ReadStatFile &file, QString *error = nullptr);
 /*! Writes the file straight to \a path, for files too large to hold in
- * memory; false on failure, with the reason in \a error. */
+ * memory; false on failure, with the reason in \a error and no file left. */
 bool streamReadStatFile(const QString &path, const ReadStatFile &file, QString *error = nullptr);
 /*! Writes the file as \a name into \a dir and returns its path; empty on failure. */
 QString writeReadStatFile(const QTemporaryDir &dir, const QString &name, const ReadStatFile &file,

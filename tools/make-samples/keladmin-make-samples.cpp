@@ -117,21 +117,16 @@ ReadStatFile censusDta()
     return f;
 }
 
+// Written straight to the file: the large files do not fit in memory.
 bool write(const QDir &dir, const QString &name, const ReadStatFile &file)
 {
     QString error;
-    const QByteArray bytes = kxtest::readStatBytes(file, &error);
     const QString path = dir.filePath(name);
-    if (bytes.isEmpty()) {
+    if (!kxtest::streamReadStatFile(path, file, &error)) {
         std::fprintf(stderr, "keladmin-make-samples: %s: %s\n", qPrintable(path), qPrintable(error));
         return false;
     }
-    QFile out(path);
-    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate) || out.write(bytes) != bytes.size()) {
-        std::fprintf(stderr, "keladmin-make-samples: %s: %s\n", qPrintable(path), qPrintable(out.errorString()));
-        return false;
-    }
-    std::printf("wrote %s (%d bytes)\n", qPrintable(path), bytes.size());
+    std::printf("wrote %s (%lld bytes)\n", qPrintable(path), QFileInfo(path).size());
     return true;
 }
 
@@ -190,25 +185,12 @@ bool writeSeeds(const QDir &dir)
     return ok;
 }
 
-bool stream(const QDir &dir, const QString &name, const ReadStatFile &file)
-{
-    QString error;
-    const QString path = dir.filePath(name);
-    if (!kxtest::streamReadStatFile(path, file, &error)) {
-        std::fprintf(stderr, "keladmin-make-samples: %s: %s\n", qPrintable(path), qPrintable(error));
-        return false;
-    }
-    std::printf("wrote %s (%lld bytes)\n", qPrintable(path), QFileInfo(path).size());
-    return true;
-}
-
-// Too large to hold in memory: written straight to the files.
 bool writeLarge(const QDir &dir)
 {
     constexpr int Rows = 2000000;
-    return stream(dir, QStringLiteral("large.sav"),
+    return write(dir, QStringLiteral("large.sav"),
                   kxtest::labelledSurveyFile(ReadStatFile::Container::SavCompressed, Rows))
-           && stream(dir, QStringLiteral("large.dta"), kxtest::labelledSurveyFile(ReadStatFile::Container::Dta, Rows));
+           && write(dir, QStringLiteral("large.dta"), kxtest::labelledSurveyFile(ReadStatFile::Container::Dta, Rows));
 }
 
 bool writeSamples(const QDir &dir)
