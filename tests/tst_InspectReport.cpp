@@ -924,6 +924,120 @@ TEST(InspectHtmlWriter, SaysThatJsonDictionariesGiveNoSubitems)
     EXPECT_TRUE(pageOf(report).contains(QLatin1String("CSPro 8 JSON dictionaries")));
 }
 
+TEST(InspectHtmlWriter, SaysBelowTheDrawingWhichFieldsItCouldNotDraw)
+{
+    InspectReport report = columnsReport();
+    report.fields[1].start = 0; // X before column 1
+    report.fields[4].size = 0;  // Z of length 0
+    const QString text = pageOf(report);
+    EXPECT_TRUE(text.contains(QLatin1String("<p class=\"note\">Not drawn: X: start 0, before column 1; Z: length 0.</p>")))
+        << text.toStdString();
+    EXPECT_EQ(text.count(QLatin1String("Not drawn:")), 1); // record B draws every field it has
+}
+
+//! A record whose last item ends in column \a end, plus \a extra fields of record A.
+InspectReport recordEndingAt(int end, const QList<FieldRow> &extra = {})
+{
+    InspectReport report = columnsReport();
+    report.groups.removeLast();
+    report.fields.removeLast();
+    report.fields[4].start = end - 1; // Z, two columns wide, ends the record
+    report.fields.append(extra);
+    return report;
+}
+
+FieldRow fieldOfA(const QString &name, int start, int size)
+{
+    FieldRow f;
+    f.name = name;
+    f.label = name;
+    f.type = QStringLiteral("INTEGER");
+    f.start = start;
+    f.size = size;
+    f.group = f.record = QStringLiteral("A");
+    return f;
+}
+
+QStringList textsOf(const QString &page, const QString &cssClass)
+{
+    QStringList texts;
+    QXmlStreamReader xml(page);
+    while (!xml.atEnd()) {
+        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("text")
+            && xml.attributes().value(QLatin1String("class")) == cssClass)
+            texts << xml.readElementText();
+    }
+    return texts;
+}
+
+TEST(InspectHtmlWriter, NumbersALongRecordEveryTenColumns)
+{
+    // 200 columns do not fit 1,100 pixels at 16 a column: the page falls to its smallest scale, 8,
+    // where numbers stand every 10 columns; 190 is far enough from the end's 200 to be written.
+    QStringList expected{QStringLiteral("1")};
+    for (int c = 10; c <= 200; c += 10)
+        expected << QString::number(c);
+    const QString text = pageOf(recordEndingAt(200));
+    EXPECT_EQ(svgOf(elementsOf(text), QStringLiteral("A")).num("data-scale"), 8);
+    EXPECT_EQ(textsOf(text, QStringLiteral("tick")), expected);
+}
+
+TEST(InspectHtmlWriter, WritesALongNameUpwardsCutWithAnEllipsisAndLeavesItOutOfATooNarrowBox)
+{
+    // At 24 pixels a column (11 columns), a one-column box is too narrow for its name across and
+    // wide enough for a line upwards; the boxes grow to their tallest, 100 pixels, where 14
+    // characters of 6.6 pixels fit: the name's first 13 and the ellipsis.
+    const QString longName = QStringLiteral("HOUSEHOLD_HEAD_EDUCATION");
+    InspectReport report = columnsReport();
+    report.fields[5] = fieldOfA(longName, 8, 1);
+    const QString page = pageOf(report);
+    EXPECT_EQ(textsOf(page, QStringLiteral("upwards")), QStringList{longName.left(13) + QChar(0x2026)});
+    EXPECT_EQ(rectAt(elementsOf(page), "A", "item", 8).num("height"), 100);
+    EXPECT_FALSE(textsOf(page, QStringLiteral("name")).contains(longName));
+
+    // At 8 pixels a column (200 columns), a one-column box has no room for a line of text.
+    const QString narrow = pageOf(recordEndingAt(200, {fieldOfA(longName, 50, 1)}));
+    EXPECT_EQ(rectAt(elementsOf(narrow), "A", "item", 50).attr("data-name"), longName);
+    for (const QString &shown : textsOf(narrow, QStringLiteral("upwards")) + textsOf(narrow, QStringLiteral("name")))
+        EXPECT_FALSE(shown.startsWith(QLatin1String("HO"))) << shown.toStdString();
+}
+
+TEST(InspectHtmlWriter, HeadsARecordWithoutACodeByItsNameAlone)
+{
+    InspectReport report = columnsReport();
+    report.groups[1].recordType.clear();
+    const QString text = pageOf(report);
+    EXPECT_TRUE(text.contains(QStringLiteral("<h3>Record <span class=\"mono\">B</span>: columns 1\u20134</h3>")))
+        << text.toStdString();
+    EXPECT_TRUE(
+        text.contains(QStringLiteral("<h3>Record <span class=\"mono\">A</span>, record type <span class=\"mono\">a"
+                                     "</span>: columns 1\u201311</h3>")));
+}
+
+TEST(InspectHtmlWriter, DrawsNothingForADictionaryWithoutFields)
+{
+    InspectReport report = columnsReport();
+    report.groups.clear();
+    report.fields.clear();
+    EXPECT_TRUE(recordDrawingsOf(report).isEmpty());
+    const QString text = pageOf(report);
+    EXPECT_TRUE(text.contains(QLatin1String("<h2>Records</h2>")));
+    EXPECT_FALSE(text.contains(QLatin1String("<svg class=\"record\"")));
+}
+
+TEST(InspectHtmlWriter, SummaryNamesADescriptionTypeThatDiffersFromTheProviderType)
+{
+    InspectReport report = columnsReport();
+    const auto providerRow = [](const char *cell) {
+        return QStringLiteral("<tr><th>Provider type</th><td>%1</td></tr>").arg(QLatin1String(cell));
+    };
+    EXPECT_TRUE(pageOf(report).contains(providerRow("CSPRO"))) << pageOf(report).toStdString();
+    report.source.descriptionType = QStringLiteral("SPSS");
+    EXPECT_TRUE(pageOf(report).contains(providerRow("CSPRO (description type: SPSS)")));
+    report.source.descriptionType.clear();
+    EXPECT_TRUE(pageOf(report).contains(providerRow("CSPRO (description type: none)")));
+}
+
 TEST(InspectHtmlWriter, FileThatCannotBeWrittenIsSaidSo)
 {
     const QString problem = writeHtmlFile(columnsReport(), WriteSettings(), QStringLiteral("/nonexistent-dir/x.html"));

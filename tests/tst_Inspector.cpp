@@ -511,6 +511,19 @@ TEST_F(Inspector, DecimalAskOnTheOffscreenPlatformCountsAsNoDisplay)
     EXPECT_TRUE(r.err.contains(QStringLiteral("note: no display, the decimal prompt is answered no-to-all")));
 }
 
+TEST_F(Inspector, DecimalAskOnTheMinimalPlatformCountsAsNoDisplayEvenWithWayland)
+{
+    const QString path = samplePath(QStringLiteral("census.dcf"));
+    const Outcome r = runInspector({QStringLiteral("--decimal"), QStringLiteral("ask"), path}, QString(),
+                                   {{QStringLiteral("WAYLAND_DISPLAY"), QStringLiteral("wayland-0")},
+                                    {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("minimal")}});
+    ASSERT_TRUE(r.finished) << "the inspector waited for a dialog";
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.errLines(), QStringList{QStringLiteral("keladmin-inspect: ") + path
+                                        + QStringLiteral(": note: no display, the decimal prompt is answered "
+                                                         "no-to-all")});
+}
+
 TEST_F(Inspector, FormatIsDetectedAfterAByteOrderMarkAndBlankLines)
 {
     writeFile(dir, QStringLiteral("bom.txt"), "\xEF\xBB\xBF\n\n[Dictionary]\nName=D\n[Item]\nName=A\nStart=1\nLen=2\n");
@@ -1049,6 +1062,47 @@ TEST_F(Inspector, WideKeepsLabelsWhole)
               1)
         << r.out.toStdString();
     EXPECT_FALSE(r.out.contains(QChar(0x2026)));
+}
+
+// ------------------------------------------------------------------ the debug log
+
+TEST_F(Inspector, VerboseShowsTheLibrarysDebugLogOnStandardError)
+{
+    // Each importer writes its constructor's debug line when the inspector creates it.
+    const struct
+    {
+        const char *sample;
+        const char *line;
+    } cases[] = {{"census.dcf", "TCSProDataImport Constructor"}, {"census.json", "TCSProJsonImport Constructor"}};
+    for (const auto &c : cases) {
+        const QString path = samplePath(QLatin1String(c.sample));
+        const Outcome quiet = runInspector({path});
+        const Outcome verbose = runInspector({QStringLiteral("--verbose"), path});
+        ASSERT_TRUE(verbose.finished);
+        EXPECT_EQ(verbose.exitCode, 0) << verbose.err.toStdString();
+        EXPECT_TRUE(verbose.errLines().contains(QLatin1String(c.line))) << verbose.err.toStdString();
+        EXPECT_FALSE(quiet.err.contains(QLatin1String(c.line))) << quiet.err.toStdString();
+        EXPECT_EQ(verbose.out, quiet.out) << c.sample;
+    }
+}
+
+// ------------------------------------------------------------------ files that cannot be read
+
+TEST_F(Inspector, FileThatCannotBeReadIsSaidSoForADictionaryAndForALookup)
+{
+    const QString path = kxtest::unreadableFile(dir);
+    if (path.isEmpty())
+        GTEST_SKIP() << "no file here that this user cannot read";
+    const QString expected = QStringLiteral("keladmin-inspect: %1: cannot be read (Permission denied)").arg(path);
+    const Outcome dictionary = runInspector({path});
+    ASSERT_TRUE(dictionary.finished);
+    EXPECT_EQ(dictionary.exitCode, 1);
+    EXPECT_EQ(dictionary.errLines(), QStringList{expected});
+    const Outcome lookup = runInspector({QStringLiteral("--lookup"), path, QStringLiteral("--separator"),
+                                         QStringLiteral("tab")});
+    ASSERT_TRUE(lookup.finished);
+    EXPECT_EQ(lookup.exitCode, 1);
+    EXPECT_EQ(lookup.errLines(), QStringList{expected});
 }
 
 // ------------------------------------------------------------------ start-up

@@ -137,6 +137,29 @@ TEST(TKxLookupImport, AFolderIsNotALookupFile)
     EXPECT_EQ(lookup.getErrorFlag(), 1);
 }
 
+TEST(TKxLookupImport, FileThatCannotBeReadIsReadAsAnEmptyFile)
+{
+    QTemporaryDir dir;
+    const QString path = kxtest::unreadableFile(dir);
+    if (path.isEmpty())
+        GTEST_SKIP() << "no file here that this user cannot read";
+    TKxLookup lookup;
+    lookup.setFfileName(path);
+    TKxLabelFrequencies frequencies;
+    QStringList errors;
+    EXPECT_TRUE(lookup.consistencyCheck(eFileChecksAndFrequencies, frequencies, errors));
+    EXPECT_TRUE(lookup.getLookupMap().isEmpty());
+    EXPECT_TRUE(errors.isEmpty());
+    EXPECT_TRUE(frequencies.isEmpty());
+    EXPECT_EQ(lookup.getErrorFlag(), 0);
+
+    // The file exists, so it opens for a walk, which ends at once.
+    ASSERT_TRUE(lookup.openLookup());
+    EXPECT_FALSE(lookup.readLookup());
+    EXPECT_TRUE(lookup.getEndOfFile());
+    EXPECT_EQ(lookup.getLineNumber(), 0);
+}
+
 TEST(TKxLookupImport, ReadsPairsInKeyOrder)
 {
     LookupRun run("02 South\n01 North\n03 East\n", 0, eNoCheck);

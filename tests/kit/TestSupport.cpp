@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMutex>
 #include <QTimer>
 
@@ -85,6 +86,29 @@ void ModalPresser::poll()
 QString dataPath(const QString &name)
 {
     return QDir(QStringLiteral(KX_TEST_DATA_DIR)).filePath(name);
+}
+
+namespace {
+
+bool openableForReading(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly);
+}
+
+} // namespace
+
+QString unreadableFile(const QTemporaryDir &dir)
+{
+    const QString path = writeFile(dir, QStringLiteral("unreadable.txt"), "1\tOne\n");
+    QFile::setPermissions(path, QFileDevice::Permissions());
+    if (!openableForReading(path))
+        return path;
+    // Write-only for root as well: the kernel checks its own settings' modes.
+    const QString kernelSetting = QStringLiteral("/proc/sys/vm/compact_memory");
+    if (QFileInfo(kernelSetting).isFile() && !openableForReading(kernelSetting))
+        return kernelSetting;
+    return QString();
 }
 
 QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes)

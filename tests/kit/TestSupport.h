@@ -62,6 +62,11 @@ private:
 QString dataPath(const QString &name);
 //! Writes \a bytes to \a name inside \a dir and returns the path.
 QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes);
+/*! A path that exists, is no folder and cannot be opened for reading: a file
+ * written into \a dir with no permissions, or, for root (who may read any
+ * file), a kernel setting that is write-only for everyone. Empty when this
+ * machine offers neither; the caller then skips. */
+QString unreadableFile(const QTemporaryDir &dir);
 //! Runs \a f, expects a KxErrorManager* thrown; returns its number and message, deletes it.
 bool catchKxError(const std::function<void()> &f, int *number = nullptr, QString *message = nullptr,
                   QString *text = nullptr);
