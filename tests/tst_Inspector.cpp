@@ -227,7 +227,19 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"SeparatorWithoutValue", {"--lookup", "a.txt", "--separator"},
                   "keladmin-inspect: --separator needs a value"},
         UsageCase{"MaxMessagesWithoutNumber", {"--lookup", "a.txt", "--separator", "tab", "--max-messages"},
-                  "keladmin-inspect: --max-messages needs a number"}),
+                  "keladmin-inspect: --max-messages needs a number"},
+        UsageCase{"MaxMessagesThatIsNoNumber",
+                  {"--lookup", "a.txt", "--separator", "tab", "--max-messages", "ten"},
+                  "keladmin-inspect: --max-messages needs a number of 0 or more, not 'ten'"},
+        UsageCase{"FormatWithLookup",
+                  {"--lookup", "a.txt", "--separator", "tab", "--format", "cspro"},
+                  "keladmin-inspect: --format and --decimal apply to dictionaries, not to --lookup"},
+        UsageCase{"SeparatorWithoutLookup",
+                  {"--separator", "tab", "x.dcf"},
+                  "keladmin-inspect: --separator, --check and --max-messages apply to --lookup only"},
+        UsageCase{"MaxMessagesWithoutLookup",
+                  {"--max-messages", "5", "x.dcf"},
+                  "keladmin-inspect: --separator, --check and --max-messages apply to --lookup only"}),
     [](const ::testing::TestParamInfo<UsageCase> &info) { return std::string(info.param.name); });
 
 // ------------------------------------------------------------------ bad input
@@ -1158,6 +1170,7 @@ INSTANTIATE_TEST_SUITE_P(
                       UsageCase{"HtmlWithLookup",
                                 {"--lookup", "a.txt", "--separator", "tab", "--html", "page.html"},
                                 "keladmin-inspect: --html applies to dictionaries, not to --lookup"},
+                      UsageCase{"HtmlWithAnEmptyName", {"--html", "", "x.dcf"}, "keladmin-inspect: --html needs a file"},
                       UsageCase{"HtmlOverTheInspectedFile",
                                 {"--html", "x.dcf", "x.dcf"},
                                 "keladmin-inspect: --html would overwrite the inspected file"}),
@@ -1189,6 +1202,19 @@ TEST_F(Inspector, HtmlWritesThePageAndLeavesStdoutAsWithoutIt)
     // BIRTHYEAR is written ItemType=SubItem, Start=20, Len=4 in the sample.
     EXPECT_TRUE(html.contains(QLatin1String("<rect class=\"subitem\" data-name=\"BIRTHYEAR\" data-start=\"20\" "
                                             "data-len=\"4\"")));
+}
+
+TEST_F(Inspector, HtmlThroughALinkToTheInspectedFileIsRefusedAndTheFileKept)
+{
+    const QString path = writeFile(dir, QStringLiteral("plain.dcf"), PlainDictionary);
+    const QString link = dir.filePath(QStringLiteral("page.html"));
+    ASSERT_TRUE(QFile::link(path, link));
+    const Outcome r = runInspector({QStringLiteral("--html"), link, path});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 2);
+    ASSERT_FALSE(r.errLines().isEmpty());
+    EXPECT_EQ(r.errLines().at(0), QStringLiteral("keladmin-inspect: --html would overwrite the inspected file"));
+    EXPECT_EQ(readText(path), QString::fromUtf8(PlainDictionary));
 }
 
 TEST_F(Inspector, HtmlDrawsADictionaryWithoutRecordsAsOneLine)

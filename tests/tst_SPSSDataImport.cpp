@@ -568,6 +568,53 @@ TEST(SpssMetadata, CreationDateIsReadFromTheHeaderInCapitalsAndUnknownInAnotherL
     EXPECT_EQ(importer.getRowCount(), 3);
 }
 
+struct HeaderDateCase
+{
+    const char *name;
+    const char *header; // the nine characters at offset 92
+    QDate date;         // invalid: the creation time is unknown
+};
+
+class SpssHeaderDate : public ::testing::TestWithParam<HeaderDateCase>
+{
+};
+
+// "dd mmm yy" as ReadStat reads it: a blank or a dash between the parts, English
+// months in capitals or with a capital first letter, years before 70 in the 2000s.
+TEST_P(SpssHeaderDate, GivesTheCreationDateOrNone)
+{
+    const HeaderDateCase &c = GetParam();
+    ReadStatFile f = sampleSav(Container::Sav);
+    f.timestamp = localTime(2021, 3, 4, 5, 6, 7).toSecsSinceEpoch();
+    QTemporaryDir dir;
+    const QString path = writeReadStatFile(dir, QStringLiteral("date.sav"), f);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.seek(92));
+    ASSERT_EQ(file.write(c.header, 9), 9);
+    file.close();
+
+    TSPSSDataImport importer(path);
+    importer.openFile();
+    if (c.date.isValid())
+        EXPECT_EQ(importer.getCreationTime(), QDateTime(c.date, QTime(5, 6, 7)));
+    else
+        EXPECT_FALSE(importer.getCreationTime().isValid()) << importer.getCreationTime().toString().toStdString();
+    EXPECT_EQ(importer.getRowCount(), 3);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Dates, SpssHeaderDate,
+    ::testing::Values(HeaderDateCase{"Dashes", "18-Dec-20", QDate(2020, 12, 18)},
+                      HeaderDateCase{"BlankPaddedDayAndYear", " 8 Jan  5", QDate(2005, 1, 8)},
+                      HeaderDateCase{"Year69IsInThe2000s", "01 Jul 69", QDate(2069, 7, 1)},
+                      HeaderDateCase{"Year70IsInThe1900s", "01 Jul 70", QDate(1970, 7, 1)},
+                      HeaderDateCase{"SlashesAreNotSeparators", "18/Dec/20", QDate()},
+                      HeaderDateCase{"DayThatIsNoNumber", "xx Dec 20", QDate()},
+                      HeaderDateCase{"YearThatIsNoNumber", "18 Dec 2x", QDate()},
+                      HeaderDateCase{"MonthInSmallLetters", "18 dec 20", QDate()}),
+    [](const ::testing::TestParamInfo<HeaderDateCase> &info) { return std::string(info.param.name); });
+
 TEST(SpssMetadata, UnreadableFileSaysNothing)
 {
     QTemporaryDir dir;
