@@ -221,6 +221,24 @@ TEST(CSProJson, ElementsOfTheWrongTypeAreSkippedOneByOne)
     EXPECT_EQ(d.getItem(0)->record->name, QStringLiteral("S"));
 }
 
+TEST(CSProJson, WrongTypesAmongTheIdentificationItemsAreSkippedOneByOne)
+{
+    // "ids" that is no object, "items" that is no array, and elements that are no objects.
+    TCSProJson d;
+    loadJson(d, R"({"name":"D","levels":[{"ids":[1]},{"ids":{"items":{"name":"X"}}},
+        {"ids":{"items":[7,"Y",{"name":"PROV","length":2},null,{"name":"DIST","length":3}]},
+         "records":[{"name":"R","items":[{"name":"A","length":1}]}]}]})");
+    ASSERT_EQ(d.getItemsCount(), 3);
+    EXPECT_EQ(d.getItem(0)->name, QStringLiteral("PROV"));
+    EXPECT_EQ(d.getItem(1)->name, QStringLiteral("DIST"));
+    EXPECT_EQ(d.getItem(2)->name, QStringLiteral("A"));
+    // Identification items belong to the common record and follow each other from column 1.
+    EXPECT_EQ(d.getItem(0)->record, d.getCommonRecord());
+    EXPECT_EQ(d.getItem(1)->record, d.getCommonRecord());
+    EXPECT_EQ(d.getItem(0)->start, 1);
+    EXPECT_EQ(d.getItem(1)->start, 3);
+}
+
 // -------------------------------------------------------------------- items
 
 TEST(CSProJson, RelativePositionsStartAtOneForIdsAndForEveryRecord)
@@ -655,6 +673,24 @@ TEST(CSProJsonNotes, SubitemIsReadAsAnItemOfItsOwn)
     ASSERT_EQ(d.getItemsCount(), 2);
     EXPECT_EQ(d.getItem(1)->start, 9);
     EXPECT_EQ(d.getItem(1)->isSubItem, 0);
+}
+
+TEST(CSProJsonNotes, SubitemWithoutAnOffsetIsNotedWithoutOne)
+{
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"DATE","length":8},
+        {"name":"YEAR","subitem":true,"length":4},{"name":"MONTH","subitem":false,"length":2}]})")),
+                {fileNote("YEAR", "subitem-read-as-item",
+                          "Item YEAR is a subitem; the reading made it an item of its own at column 9.")});
+}
+
+TEST(CSProJsonNotes, LinkWrittenAsANumberIsNamedAsTheNumber)
+{
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
+        {"name":"ACT1","length":1,"valueSets":[{"name":"ACT_VS1","link":3,"values":[{"pairs":[{"value":"1"}]}]}]},
+        {"name":"ACT2","length":1,"valueSets":[{"name":"ACT_VS2","link":3}]}]})")),
+                {fileNote("ACT_VS2", "linked-value-set-empty",
+                          "Value set ACT_VS2 has no values of its own: CSPro fills it from value set ACT_VS1, which "
+                          "has the same link 3; the reading leaves it empty.")});
 }
 
 TEST(CSProJsonNotes, RangeIsKeptAsOneCode)
