@@ -1208,6 +1208,61 @@ TEST(CSProNotes, DecimalCodesAnsweredYesToAllBecomeZero)
     EXPECT_EQ(codesOf(d.getItem(0)), L({"0", "0", "2"}));
 }
 
+struct PresetAnswerCase
+{
+    const char *name;
+    QMessageBox::StandardButton answer;
+    const char *kind;
+    const char *text;
+    QStringList codes; // of the item afterwards; empty when its value set was dropped
+};
+
+class CSProDecimalAnswerNotes : public ::testing::TestWithParam<PresetAnswerCase>
+{
+};
+
+// Mode 1 uses the preset answer without a dialog; the note names that answer.
+TEST_P(CSProDecimalAnswerNotes, NameTheAnswerGiven)
+{
+    const PresetAnswerCase &c = GetParam();
+    TCSPro d;
+    d.setDecimalMode(1);
+    d.setDecimalAnswer(c.answer);
+    const TReadNotes notes = notesOf(d, L({"[Item]", "Name=AREA", "Start=1", "Len=4", "[ValueSet]",
+                                           "Name=AREA_VS1", "Value=0.5;Half", "Value=2;Two"}));
+    expectNotes(notes, {note(7, "AREA_VS1", c.kind, QString::fromUtf8(c.text))});
+    EXPECT_EQ(d.getItem(0)->getHasValueSet() ? codesOf(d.getItem(0)) : QStringList(), c.codes);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, CSProDecimalAnswerNotes,
+    ::testing::Values(PresetAnswerCase{"Yes", QMessageBox::Yes, "value-codes-changed",
+                                       "Value set AREA_VS1: the codes 0.5 are not whole numbers; the decimal prompt "
+                                       "was answered Yes, so the reading turned them into 0.",
+                                       {"0", "2"}},
+                      PresetAnswerCase{"No", QMessageBox::No, "value-set-dropped",
+                                       "Value set AREA_VS1 dropped: the codes 0.5 are not whole numbers and the "
+                                       "decimal prompt was answered No.",
+                                       {}},
+                      // A preset mode without an answer drops the set, as No does.
+                      PresetAnswerCase{"NoButton", QMessageBox::NoButton, "value-set-dropped",
+                                       "Value set AREA_VS1 dropped: the codes 0.5 are not whole numbers and the "
+                                       "decimal prompt was answered with no button.",
+                                       {}}),
+    [](const ::testing::TestParamInfo<PresetAnswerCase> &info) { return std::string(info.param.name); });
+
+TEST(CSProNotes, DefaultIsASpecialValueAndOtherKeywordsAreNot)
+{
+    TCSPro d;
+    const TReadNotes notes = notesOf(d, L({"[Item]", "Name=AGE", "Start=1", "Len=2", "[ValueSet]", "Name=AGE_VS1",
+                                           "Value=95;Default", "Name=DEFAULT,Special", "Value=96;Other",
+                                           "Name=OTHER,Special"}));
+    expectNotes(notes, {note(8, "AGE_VS1", "special-not-read",
+                             QStringLiteral("The line 'Name=DEFAULT,Special' makes the code '95' the special value "
+                                            "DEFAULT in CSPro; the reading kept 95 as an ordinary code."))});
+    EXPECT_EQ(entriesOf(d.getItem(0)), L({"95=Default/0", "96=Other/0"}));
+}
+
 TEST(CSProNotes, SecondValueSetOfAnItemIsNotedAsDropped)
 {
     const QStringList lines = L({"[Item]", "Name=AGE", "Start=1", "Len=2", "[ValueSet]", "Name=AGE_VS1",
