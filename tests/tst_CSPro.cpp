@@ -1217,6 +1217,11 @@ struct PresetAnswerCase
     QStringList codes; // of the item afterwards; empty when its value set was dropped
 };
 
+void PrintTo(const PresetAnswerCase &c, std::ostream *os)
+{
+    *os << c.name;
+}
+
 class CSProDecimalAnswerNotes : public ::testing::TestWithParam<PresetAnswerCase>
 {
 };
@@ -1261,6 +1266,53 @@ TEST(CSProNotes, DefaultIsASpecialValueAndOtherKeywordsAreNot)
                              QStringLiteral("The line 'Name=DEFAULT,Special' makes the code '95' the special value "
                                             "DEFAULT in CSPro; the reading kept 95 as an ordinary code."))});
     EXPECT_EQ(entriesOf(d.getItem(0)), L({"95=Default/0", "96=Other/0"}));
+}
+
+// A caller may walk the sections itself with the public section readers: the
+// model is the one a load makes, but without a loaded file there are no lines
+// to point at, so no notes are written.
+TEST(CSProNotes, SectionsReadOneByOneOutsideALoadWriteNoNotes)
+{
+    const QStringList text = L({"[Item]", "Name=AGE", "Start=1", "Len=2", "[ValueSet]", "Name=AGE_VS1",
+                                "Value=1;One", "Value=98;Refused", "Name=MISSING,Special", "[ValueSet]",
+                                "Name=AGE_VS2", "Value=2;Two", "[Item]", "Name=AREA", "Start=3", "Len=4",
+                                "[ValueSet]", "Name=AREA_VS1", "Value=1;One", "Value=0.5;Half", "[Item]",
+                                "Name=SEX", "Start=7", "Len=1", "[ValueSet]", "Name=SEX_VS1", "Value=1 2;Both",
+                                "[ValueSet]", "Name=SEX_VS2", "Link=4"});
+    const auto prepared = [](TCSPro &d) {
+        d.setDecimalMode(2);
+        d.setDecimalAnswer(QMessageBox::NoToAll);
+    };
+    TCSPro loaded;
+    prepared(loaded);
+    QStringList lines = text;
+    loaded.loadFromStr(&lines);
+    QStringList kinds;
+    for (const TReadNote &n : loaded.getReadNotes())
+        kinds << n.getKind();
+    // The special value, AGE's second set, AREA's decimal code and SEX's line of several codes.
+    EXPECT_EQ(kinds, L({"special-not-read", "value-set-dropped", "value-set-dropped", "value-set-dropped"}));
+
+    TCSPro walked;
+    prepared(walked);
+    QStringList walkedLines = text;
+    for (int i = 0; i < walkedLines.size(); ++i) {
+        if (walkedLines.at(i) == QLatin1String("[Item]"))
+            walked.processItem(&walkedLines, i);
+        else if (walkedLines.at(i) == QLatin1String("[ValueSet]"))
+            walked.processValueSet(&walkedLines, i);
+    }
+    EXPECT_TRUE(walked.getReadNotes().isEmpty()) << kxtest::describeNotes(walked.getReadNotes());
+    ASSERT_EQ(walked.getItemsCount(), 3);
+    ASSERT_EQ(loaded.getItemsCount(), 3);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(entriesOf(walked.getItem(i)), entriesOf(loaded.getItem(i))) << i;
+    EXPECT_EQ(entriesOf(walked.getItem(0)), L({"1=One/0", "98=Refused/0"}));
+    EXPECT_FALSE(walked.getItem(1)->getHasValueSet());
+    // SEX_VS1 was dropped, so the linked SEX_VS2, empty, is SEX's first value set.
+    ASSERT_TRUE(walked.getItem(2)->getHasValueSet());
+    EXPECT_EQ(walked.getItem(2)->getValueSet(0)->name, QStringLiteral("SEX_VS2"));
+    EXPECT_TRUE(entriesOf(walked.getItem(2)).isEmpty());
 }
 
 TEST(CSProNotes, SecondValueSetOfAnItemIsNotedAsDropped)

@@ -575,6 +575,11 @@ struct HeaderDateCase
     QDate date;         // invalid: the creation time is unknown
 };
 
+void PrintTo(const HeaderDateCase &c, std::ostream *os)
+{
+    *os << c.name;
+}
+
 class SpssHeaderDate : public ::testing::TestWithParam<HeaderDateCase>
 {
 };
