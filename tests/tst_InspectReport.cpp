@@ -11,6 +11,7 @@
 #include "JsonWriter.h"
 #include "ReadFailure.h"
 #include "TableWriter.h"
+#include "TextOutput.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -512,6 +513,22 @@ TEST(InspectTableWriter, CutsFieldAndValueLabelsButNotNames)
 }
 
 // ------------------------------------------------------------------ JSON parse positions
+
+TEST(InspectTextOutput, EscapesControlCharactersOnlyAndKeepsOtherCharacters)
+{
+    // C0 controls, DEL and the C1 controls U+0080 to U+009F are escaped; from U+00A0 on, text stays.
+    const QString text = QStringLiteral("a\tb") + QChar(0x7f) + QChar(0x85) + QChar(0x9f) + QChar(0xa0)
+        + QStringLiteral("\u00e9\u4e2d");
+    EXPECT_EQ(printable(text), QStringLiteral("a\\u0009b\\u007f\\u0085\\u009f") + QChar(0xa0)
+                                   + QStringLiteral("\u00e9\u4e2d"));
+}
+
+TEST(InspectTextOutput, OneLineJoinsTheNonBlankLinesTrimmed)
+{
+    EXPECT_EQ(oneLine(QStringLiteral("  first \r\n   \n\tsecond\r\r\nthird  ")),
+              QStringLiteral("first; second; third"));
+    EXPECT_EQ(oneLine(QStringLiteral(" \n \r\n")), QString());
+}
 
 TEST(InspectReadFailure, OffsetZeroIsLineOneColumnOne)
 {

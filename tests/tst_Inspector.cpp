@@ -219,6 +219,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "keladmin-inspect: --format and --decimal apply to dictionaries, not to --lookup"},
         UsageCase{"TwoFiles", {"a.dcf", "b.dcf"}, "keladmin-inspect: only one file can be inspected"},
         UsageCase{"FileAndLookup", {"a.dcf", "--lookup", "b.txt"}, "keladmin-inspect: only one file can be inspected"},
+        UsageCase{"NothingAfterDashDash", {"--"}, "keladmin-inspect: no file given"},
         UsageCase{"TwoFilesAfterDashDash", {"--", "-a.dcf", "-b.dcf"},
                   "keladmin-inspect: only one file can be inspected"},
         UsageCase{"FormatWithoutValue", {"--format"}, "keladmin-inspect: --format needs a value"},
@@ -310,6 +311,12 @@ INSTANTIATE_TEST_SUITE_P(
         BadInputCase{"GarbageFile",
                      "garbage.bin",
                      QByteArray(Garbage, sizeof Garbage - 1),
+                     {},
+                     "format not recognised (not a CSPro text or JSON dictionary, SPSS or Stata file); --format "
+                     "forces one"},
+        BadInputCase{"OldStataVersionWithAnUnknownByteOrderIsNotStata",
+                     "old.bin",
+                     QByteArray("q\x03\x01\x00rest", 8),
                      {},
                      "format not recognised (not a CSPro text or JSON dictionary, SPSS or Stata file); --format "
                      "forces one"},
@@ -1132,14 +1139,27 @@ TEST_F(Inspector, WithoutAskNoGuiApplicationIsCreatedEvenWithADisplay)
 
 TEST_F(Inspector, HelpLoadsNeitherQtNorTheLibrary)
 {
-    const Outcome r = runInspector({QStringLiteral("--help")}, QString(), {{QStringLiteral("LD_DEBUG"), QStringLiteral("libs")}});
+    for (const QString &option : {QStringLiteral("--help"), QStringLiteral("-h")}) {
+        const Outcome r = runInspector({option}, QString(), {{QStringLiteral("LD_DEBUG"), QStringLiteral("libs")}});
+        ASSERT_TRUE(r.finished);
+        EXPECT_EQ(r.exitCode, 0);
+        EXPECT_TRUE(r.out.startsWith(QStringLiteral("Usage:\n"))) << option.toStdString();
+        // The dynamic loader names every library it loads.
+        EXPECT_TRUE(r.err.contains(QStringLiteral("libc.so"))) << "no loader trace";
+        EXPECT_FALSE(r.err.contains(QStringLiteral("libQt5"))) << r.err.toStdString();
+        EXPECT_FALSE(r.err.contains(QStringLiteral("libmodel_KelAdmin"))) << r.err.toStdString();
+    }
+}
+
+TEST_F(Inspector, LoneDashIsAFileName)
+{
+    writeFile(dir, QStringLiteral("-"), PlainDictionary);
+    const Outcome r = runInspector({QStringLiteral("--json"), QStringLiteral("-")}, dir.path());
     ASSERT_TRUE(r.finished);
-    EXPECT_EQ(r.exitCode, 0);
-    EXPECT_TRUE(r.out.startsWith(QStringLiteral("Usage:\n")));
-    // The dynamic loader names every library it loads.
-    EXPECT_TRUE(r.err.contains(QStringLiteral("libc.so"))) << "no loader trace";
-    EXPECT_FALSE(r.err.contains(QStringLiteral("libQt5"))) << r.err.toStdString();
-    EXPECT_FALSE(r.err.contains(QStringLiteral("libmodel_KelAdmin"))) << r.err.toStdString();
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QJsonObject root = jsonOf(r);
+    EXPECT_EQ(str(root, "file"), QDir(dir.path()).absoluteFilePath(QStringLiteral("-")));
+    EXPECT_EQ(num(fieldNamed(root, QStringLiteral("AGE")), "size"), 2);
 }
 
 TEST_F(Inspector, ProgramWithoutTheInspectorModuleStillHelpsAndSaysWhatIsMissing)
