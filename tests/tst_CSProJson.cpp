@@ -363,6 +363,20 @@ TEST(CSProJson, OccurrencesExpandIntoItemsNamedWithDecimalDigits)
     EXPECT_EQ(d.getItem(4)->start, 16);
 }
 
+TEST(CSProJson, CopiesOfARepeatedAlphaItemAreAlpha)
+{
+    TCSProJson d;
+    loadJson(d, withRecords(R"({"name":"R","items":[{"name":"CODE","contentType":"Alpha","length":3,
+        "occurrences":{"maximum":2}},{"name":"N","contentType":"numeric","length":1,"occurrences":{"maximum":2}}]})"));
+    ASSERT_EQ(d.getItemsCount(), 4);
+    EXPECT_EQ(d.getItem(0)->name, QStringLiteral("CODE_1"));
+    EXPECT_EQ(d.getItem(0)->isAlpha, 1);
+    EXPECT_EQ(d.getItem(1)->isAlpha, 1);
+    EXPECT_EQ(d.getItem(2)->name, QStringLiteral("N_1"));
+    EXPECT_EQ(d.getItem(2)->isAlpha, 0);
+    EXPECT_EQ(d.getItem(3)->isAlpha, 0);
+}
+
 TEST(CSProJson, OccurrenceMaximumBelowTwoGivesOneItem)
 {
     TCSProJson d;
@@ -739,6 +753,21 @@ TEST(CSProJsonNotes, OccurrenceLabelsOfItemsAndRecordsAreNotRead)
                 {fileNote("P", "occurrence-labels-not-read", "Record P has 2 occurrence labels; the reading does not keep them."),
                  fileNote("DAY", "occurrence-labels-not-read",
                           "Item DAY has 1 occurrence labels; the reading does not keep them.")});
+}
+
+TEST(CSProJsonNotes, OccurrenceLabelsThatAreNoListOrAnEmptyListAreNotNoted)
+{
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"maximum":2,"labels":{"text":"First"}},
+        "items":[{"name":"DAY","length":1,"occurrences":{"maximum":7,"labels":[]}}]})")),
+                {});
+}
+
+TEST(CSProJsonNotes, ValueSetWithoutALinkBesideLinkedOnesIsNotNoted)
+{
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
+        {"name":"ACT1","length":1,"valueSets":[{"name":"ACT_VS1","link":"3","values":[{"pairs":[{"value":"1"}]}]}]},
+        {"name":"ACT2","length":1,"valueSets":[{"name":"ACT_VS2"}]}]})")),
+                {});
 }
 
 TEST(CSProJsonNotes, ValueSetsAfterTheFirstAreNotedAsDropped)

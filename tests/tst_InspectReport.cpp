@@ -826,6 +826,29 @@ TEST(InspectHtmlWriter, ShadesTheRecordTypeColumnsFromTheRulerDown)
     EXPECT_TRUE(rectsOf(plain, "A", "rectype-band").isEmpty());
 }
 
+TEST(InspectHtmlLayout, DrawsNoRecordTypeCodeOutsideTheDrawnColumns)
+{
+    InspectReport report = columnsReport();
+    report.source.recordTypeStart = 0; // before column 1
+    EXPECT_EQ(recordDrawingsOf(report).at(0).boxes.at(0).kind, BoxKind::IdentificationItem);
+    report.source.recordTypeStart = 5000; // its one column is the last drawn column
+    EXPECT_EQ(recordDrawingsOf(report).at(0).boxes.last().kind, BoxKind::RecordType);
+    report.source.recordTypeLength = 2; // now it ends past it
+    for (const ColumnBox &box : recordDrawingsOf(report).at(0).boxes)
+        EXPECT_NE(box.kind, BoxKind::RecordType);
+}
+
+TEST(InspectHtmlLayout, FieldWithoutARecordIsDrawnInTheRecordOfItsGroup)
+{
+    InspectReport report = columnsReport();
+    report.fields[5].record.clear(); // W, of group B
+    const QList<RecordDrawing> drawings = recordDrawingsOf(report);
+    ASSERT_EQ(drawings.size(), 2);
+    EXPECT_EQ(drawings.at(1).boxes.last().name, QStringLiteral("W"));
+    for (const ColumnBox &box : drawings.at(0).boxes)
+        EXPECT_NE(box.name, QStringLiteral("W"));
+}
+
 TEST(InspectHtmlWriter, NumbersTheRulerFromOneToTheRecordsEnd)
 {
     const QList<Element> page = elementsOf(pageOf(columnsReport()));
