@@ -62,6 +62,8 @@ Outcome runInspector(const QStringList &args, const QString &workDir = QString()
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.remove(QStringLiteral("DISPLAY"));
     env.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    // The test program's own offscreen platform is not the user's.
+    env.remove(QStringLiteral("QT_QPA_PLATFORM"));
     // Under the sanitizers: the library keeps its fields alive on purpose.
     const QString asan = env.value(QStringLiteral("ASAN_OPTIONS"));
     env.insert(QStringLiteral("ASAN_OPTIONS"),
@@ -518,29 +520,21 @@ TEST_F(Inspector, DecimalAskWithoutDisplayDoesNotWaitAndAnswersNoToAll)
     EXPECT_TRUE(codesOf(fieldNamed(jsonOf(r), "LANDAREA")).isEmpty());
 }
 
-TEST_F(Inspector, DecimalAskOnTheOffscreenPlatformCountsAsNoDisplay)
+TEST_F(Inspector, DecimalAskOnTheOffscreenOrMinimalPlatformCountsAsNoDisplay)
 {
     const QString path = samplePath(QStringLiteral("census.dcf"));
-    const Outcome r = runInspector({QStringLiteral("--decimal"), QStringLiteral("ask"), path}, QString(),
-                                   {{QStringLiteral("DISPLAY"), QStringLiteral(":99")},
-                                    {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen")}});
-    ASSERT_TRUE(r.finished) << "the inspector waited for a dialog";
-    EXPECT_EQ(r.exitCode, 0);
-    EXPECT_EQ(r.errLines().size(), 1);
-    EXPECT_TRUE(r.err.contains(QStringLiteral("note: no display, the decimal prompt is answered no-to-all")));
-}
-
-TEST_F(Inspector, DecimalAskOnTheMinimalPlatformCountsAsNoDisplayEvenWithWayland)
-{
-    const QString path = samplePath(QStringLiteral("census.dcf"));
-    const Outcome r = runInspector({QStringLiteral("--decimal"), QStringLiteral("ask"), path}, QString(),
-                                   {{QStringLiteral("WAYLAND_DISPLAY"), QStringLiteral("wayland-0")},
-                                    {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("minimal")}});
-    ASSERT_TRUE(r.finished) << "the inspector waited for a dialog";
-    EXPECT_EQ(r.exitCode, 0);
-    EXPECT_EQ(r.errLines(), QStringList{QStringLiteral("keladmin-inspect: ") + path
-                                        + QStringLiteral(": note: no display, the decimal prompt is answered "
-                                                         "no-to-all")});
+    const QList<QPair<QString, QString>> displays[] = {
+        {{QStringLiteral("DISPLAY"), QStringLiteral(":99")}, {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen")}},
+        {{QStringLiteral("WAYLAND_DISPLAY"), QStringLiteral("wayland-0")},
+         {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("minimal")}}};
+    for (const auto &environment : displays) {
+        const Outcome r = runInspector({QStringLiteral("--decimal"), QStringLiteral("ask"), path}, QString(), environment);
+        ASSERT_TRUE(r.finished) << "the inspector waited for a dialog";
+        EXPECT_EQ(r.exitCode, 0);
+        EXPECT_EQ(r.errLines(), QStringList{QStringLiteral("keladmin-inspect: ") + path
+                                            + QStringLiteral(": note: no display, the decimal prompt is answered "
+                                                             "no-to-all")});
+    }
 }
 
 TEST_F(Inspector, FormatIsDetectedAfterAByteOrderMarkAndBlankLines)
@@ -1135,6 +1129,27 @@ TEST_F(Inspector, WithoutAskNoGuiApplicationIsCreatedEvenWithADisplay)
     ASSERT_TRUE(r.finished);
     EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
     EXPECT_TRUE(r.err.isEmpty()) << r.err.toStdString();
+}
+
+TEST_F(Inspector, DecimalAskWithADisplayCreatesAGuiApplication)
+{
+    // Qt's VNC platform stands in for a display: the GUI application loads it; a dictionary without
+    // decimal codes never shows the dialog, so nothing waits.
+    const QString path = writeFile(dir, QStringLiteral("plain.dcf"), PlainDictionary);
+    const QList<QPair<QString, QString>> display = {{QStringLiteral("DISPLAY"), QStringLiteral(":99")},
+                                                    {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("vnc:port=0")},
+                                                    {QStringLiteral("LD_DEBUG"), QStringLiteral("libs")}};
+    const Outcome ask = runInspector({QStringLiteral("--decimal"), QStringLiteral("ask"), path}, QString(), display);
+    ASSERT_TRUE(ask.finished);
+    EXPECT_EQ(ask.exitCode, 0);
+    EXPECT_TRUE(ask.err.contains(QLatin1String("libqvnc.so"))) << "no platform plugin loaded";
+    EXPECT_FALSE(ask.err.contains(QLatin1String("note: no display")));
+    const Outcome plain = runInspector({path}, QString(), display);
+    ASSERT_TRUE(plain.finished);
+    EXPECT_EQ(plain.exitCode, 0);
+    EXPECT_TRUE(plain.err.contains(QLatin1String("libc.so"))) << "no loader trace";
+    EXPECT_FALSE(plain.err.contains(QLatin1String("libqvnc.so")));
+    EXPECT_EQ(ask.out, plain.out);
 }
 
 TEST_F(Inspector, HelpLoadsNeitherQtNorTheLibrary)
