@@ -1586,6 +1586,26 @@ kxtest::ReadStatFile labelledZsav(qint64 timestamp)
     return f;
 }
 
+TEST_F(Inspector, SpssFileWhoseHeaderDateIsInAnotherLanguageHasNoCreationTime)
+{
+    kxtest::ReadStatFile f = labelledZsav(1677663015);
+    f.container = kxtest::ReadStatFile::Container::Sav;
+    const QString path = kxtest::writeReadStatFile(dir, QStringLiteral("dated.sav"), f);
+    ASSERT_FALSE(path.isEmpty());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.seek(92)); // the header's creation date, "dd mmm yy", with a German month
+    ASSERT_EQ(file.write("01 Mrz 23", 9), 9);
+    file.close();
+    const Outcome json = runInspector({QStringLiteral("--json"), path});
+    ASSERT_TRUE(json.finished);
+    ASSERT_EQ(json.exitCode, 0) << json.err.toStdString();
+    EXPECT_TRUE(jsonOf(json).value(QStringLiteral("fileMetadata")).toObject().value(QStringLiteral("creationTime")).isNull());
+    const Outcome table = runInspector({path});
+    ASSERT_TRUE(table.finished);
+    EXPECT_TRUE(table.outLines().contains(QStringLiteral("Created:           unknown"))) << table.out.toStdString();
+}
+
 TEST_F(Inspector, ZsavReportsVersionThreeItsLabelAndItsCreationTime)
 {
     const qint64 timestamp = 1677663015; // 2023-03-01 09:30:15 UTC
