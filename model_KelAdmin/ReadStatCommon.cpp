@@ -148,14 +148,14 @@ struct Bounds
 
 //! The set \a labelSet names, marked as named; null (with a note when it
 //! names a set the file does not define) when there is none.
-LabelSet *findNamedSet(LabelSets *sets, const char *labelSet, const QString &variable, TReadNotes *notes)
+LabelSet *findNamedSet(LabelSets *sets, const char *labelSet, const QString &variable, TReadNotes &notes)
 {
     if (!labelSet)
         return nullptr;
     auto it = sets->sets.find(QByteArray(labelSet));
     if (it == sets->sets.end()) {
-        if (notes && *labelSet)
-            notes->append(labelSetMissingNote(variable, labelSet));
+        if (*labelSet)
+            notes.append(labelSetMissingNote(variable, labelSet));
         return nullptr;
     }
     it->named = true;
@@ -163,16 +163,16 @@ LabelSet *findNamedSet(LabelSets *sets, const char *labelSet, const QString &var
 }
 
 void applyLabelSet(TGenericField *field, LabelSets *sets, const char *labelSet, bool numeric, int decimals,
-                   const VariableRules &rules, TReadNotes *notes)
+                   const VariableRules &rules, TReadNotes &notes)
 {
     LabelSet *set = findNamedSet(sets, labelSet, field->getName(), notes);
     if (!set)
         return;
     const bool cuts = rules.truncateWholeNumbers && decimals == 0;
-    EntryNotes entryNotes(notes, field->getName(), labelSet, decimals, cuts, set->cutBy);
-    if (notes && rules.valueLabelText != TextKind::Utf8 && !set->textNoted) {
+    EntryNotes entryNotes(&notes, field->getName(), labelSet, decimals, cuts, set->cutBy);
+    if (rules.valueLabelText != TextKind::Utf8 && !set->textNoted) {
         set->textNoted = true;
-        addLabelTextNotes(notes, labelSet, set->entries, rules.valueLabelText);
+        addLabelTextNotes(&notes, labelSet, set->entries, rules.valueLabelText);
     }
 
     Bounds bounds;
@@ -186,16 +186,14 @@ void applyLabelSet(TGenericField *field, LabelSets *sets, const char *labelSet, 
         }
         bool skip = false;
         const QString value = valueText(entry, &skip);
-        if (notes)
-            entryNotes.add(entry, value, skip);
+        entryNotes.add(entry, value, skip);
         if (skip)
             continue;
         if (numeric && (entry.intValue != -1 || entry.doubleValue != -1.0))
             bounds.take(entry.intValue != -1 ? entry.intValue : entry.doubleValue);
         text += value + QLatin1Char(' ') + toText(entry.label.constData(), rules.valueLabelText) + QLatin1Char('\t');
     }
-    if (notes)
-        entryNotes.finish();
+    entryNotes.finish();
     field->setValueLabels(text);
     if (numeric && bounds.minimumChanged)
         field->setMinimum(QString::number(bounds.minimum, 'g', 6));
@@ -289,7 +287,7 @@ int collectValueLabel(LabelSets *sets, const char *labelSet, readstat_value_t va
 }
 
 void describeVariable(TGenericField *field, const readstat_variable_t *variable, LabelSets *sets,
-                      const char *labelSet, const VariableRules &rules, TReadNotes *notes)
+                      const char *labelSet, const VariableRules &rules, TReadNotes &notes)
 {
     const char *format = readstat_variable_get_format(variable);
     // ReadStat leaves its own decimals member at 0; the format text has them.
@@ -306,11 +304,9 @@ void describeVariable(TGenericField *field, const readstat_variable_t *variable,
         field->setMinimum(QStringLiteral("0"));
         field->setMaximum(nines(field->getSize()));
     }
-    if (notes) {
-        addTextNotes(notes, field->getName(), name, label, rules.labelText);
-        addFormatNotes(notes, field->getName(), format, field->getSize(), numeric, rules);
-        addUserMissingNote(notes, field->getName(), variable);
-    }
+    addTextNotes(&notes, field->getName(), name, label, rules.labelText);
+    addFormatNotes(&notes, field->getName(), format, field->getSize(), numeric, rules);
+    addUserMissingNote(&notes, field->getName(), variable);
     applyLabelSet(field, sets, labelSet, numeric, decimals, rules, notes);
 }
 

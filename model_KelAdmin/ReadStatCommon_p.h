@@ -90,9 +90,9 @@ struct VariableRules
 /*! Fills \a field from ReadStat's variable record: type, name, label, width,
  * bound texts and the value labels of \a labelSet (when the set exists).
  * Every place where the field keeps less than the file says is appended to
- * \a notes (when not null); the notes change nothing in the field. */
+ * \a notes; the notes change nothing in the field. */
 void describeVariable(TGenericField *field, const readstat_variable_t *variable, LabelSets *sets,
-                      const char *labelSet, const VariableRules &rules, TReadNotes *notes);
+                      const char *labelSet, const VariableRules &rules, TReadNotes &notes);
 
 //! One label-set-unused note for every set that no variable named.
 TReadNotes unusedLabelSetNotes(const LabelSets &sets);

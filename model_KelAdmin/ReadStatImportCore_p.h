@@ -183,7 +183,7 @@ int TReadStatImportCore<Variable>::onVariable(readstat_variable_t *variable, con
 {
     auto *field = new Variable(this);
     kxreadstat::describeVariable(field, variable, &dictionary->labelSets, labelSet, ReadStatTraits<Variable>::rules(),
-                                 &readNotes);
+                                 readNotes);
     dictionary->addVariable(field, variable);
     return READSTAT_HANDLER_OK;
 }
