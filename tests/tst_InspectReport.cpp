@@ -826,6 +826,17 @@ TEST(InspectHtmlWriter, ShadesTheRecordTypeColumnsFromTheRulerDown)
     EXPECT_TRUE(rectsOf(plain, "A", "rectype-band").isEmpty());
 }
 
+TEST(InspectHtmlLayout, OverlapNamesEachNameOnce)
+{
+    // A hostile dictionary may give two items one name: Y renamed X overlaps X in column 6.
+    InspectReport report = columnsReport();
+    report.fields[3].name = QStringLiteral("X");
+    const RecordDrawing a = recordDrawingsOf(report).at(0);
+    ASSERT_EQ(a.marks.size(), 2);
+    EXPECT_EQ(a.marks.at(0).kind, BoxKind::Overlap);
+    EXPECT_EQ(a.marks.at(0).label, QStringLiteral("X"));
+}
+
 TEST(InspectHtmlLayout, DrawsNoRecordTypeCodeOutsideTheDrawnColumns)
 {
     InspectReport report = columnsReport();

@@ -1133,23 +1133,28 @@ TEST_F(Inspector, WithoutAskNoGuiApplicationIsCreatedEvenWithADisplay)
 
 TEST_F(Inspector, DecimalAskWithADisplayCreatesAGuiApplication)
 {
-    // Qt's VNC platform stands in for a display: the GUI application loads it; a dictionary without
-    // decimal codes never shows the dialog, so nothing waits.
+    // Qt's VNC platform stands in for an X11 or a Wayland display: the GUI application loads it; a
+    // dictionary without decimal codes never shows the dialog, so nothing waits.
     const QString path = writeFile(dir, QStringLiteral("plain.dcf"), PlainDictionary);
-    const QList<QPair<QString, QString>> display = {{QStringLiteral("DISPLAY"), QStringLiteral(":99")},
-                                                    {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("vnc:port=0")},
-                                                    {QStringLiteral("LD_DEBUG"), QStringLiteral("libs")}};
-    const Outcome ask = runInspector({QStringLiteral("--decimal"), QStringLiteral("ask"), path}, QString(), display);
-    ASSERT_TRUE(ask.finished);
-    EXPECT_EQ(ask.exitCode, 0);
-    EXPECT_TRUE(ask.err.contains(QLatin1String("libqvnc.so"))) << "no platform plugin loaded";
-    EXPECT_FALSE(ask.err.contains(QLatin1String("note: no display")));
-    const Outcome plain = runInspector({path}, QString(), display);
-    ASSERT_TRUE(plain.finished);
-    EXPECT_EQ(plain.exitCode, 0);
-    EXPECT_TRUE(plain.err.contains(QLatin1String("libc.so"))) << "no loader trace";
-    EXPECT_FALSE(plain.err.contains(QLatin1String("libqvnc.so")));
-    EXPECT_EQ(ask.out, plain.out);
+    const Outcome plain = runInspector({path});
+    for (const char *display : {"DISPLAY", "WAYLAND_DISPLAY"}) {
+        const QList<QPair<QString, QString>> environment = {
+            {QLatin1String(display), QStringLiteral(":99")},
+            {QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("vnc:port=0")},
+            {QStringLiteral("LD_DEBUG"), QStringLiteral("libs")}};
+        const Outcome ask =
+            runInspector({QStringLiteral("--decimal"), QStringLiteral("ask"), path}, QString(), environment);
+        ASSERT_TRUE(ask.finished);
+        EXPECT_EQ(ask.exitCode, 0);
+        EXPECT_TRUE(ask.err.contains(QLatin1String("libqvnc.so"))) << display << ": no platform plugin loaded";
+        EXPECT_FALSE(ask.err.contains(QLatin1String("note: no display")));
+        EXPECT_EQ(ask.out, plain.out);
+        const Outcome noAsk = runInspector({path}, QString(), environment);
+        ASSERT_TRUE(noAsk.finished);
+        EXPECT_EQ(noAsk.exitCode, 0);
+        EXPECT_TRUE(noAsk.err.contains(QLatin1String("libc.so"))) << "no loader trace";
+        EXPECT_FALSE(noAsk.err.contains(QLatin1String("libqvnc.so"))) << display;
+    }
 }
 
 TEST_F(Inspector, HelpLoadsNeitherQtNorTheLibrary)
