@@ -845,7 +845,8 @@ TEST(InspectHtmlLayout, DrawsNoRecordTypeCodeOutsideTheDrawnColumns)
     report.source.recordTypeStart = 5000; // its one column is the last drawn column
     EXPECT_EQ(recordDrawingsOf(report).at(0).boxes.last().kind, BoxKind::RecordType);
     report.source.recordTypeLength = 2; // now it ends past it
-    for (const ColumnBox &box : recordDrawingsOf(report).at(0).boxes)
+    const QList<RecordDrawing> drawings = recordDrawingsOf(report);
+    for (const ColumnBox &box : drawings.at(0).boxes)
         EXPECT_NE(box.kind, BoxKind::RecordType);
 }
 
