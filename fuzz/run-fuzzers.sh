@@ -61,10 +61,10 @@ for target in "${targets[@]}"; do
   corpus="$build/corpus/$target"
   artifacts="$out/$target"
   mkdir -p "$corpus" "$artifacts"
-  # libFuzzer takes folders: the census dictionaries join the written seeds.
+  # libFuzzer takes folders: the census sample dictionaries join the written seeds.
   case $target in
-    cspro_text) mkdir -p "$build/seeds/$target" && cp "$data/census.dcf" "$build/seeds/$target/" ;;
-    cspro_json) mkdir -p "$build/seeds/$target" && cp "$data/census.json" "$build/seeds/$target/" ;;
+    cspro_text) mkdir -p "$build/seeds/$target" && cp "$src/samples/census.dcf" "$build/seeds/$target/" ;;
+    cspro_json) mkdir -p "$build/seeds/$target" && cp "$src/samples/census.json" "$build/seeds/$target/" ;;
   esac
   seeds=()
   for folder in "$data/seeds/$target" "$data/regress/$target" "$build/seeds/$target"; do

@@ -1,9 +1,8 @@
 # tst_Inspector runs the built inspector on the samples and on bad input; it
-# finds both through compile definitions. Without the tools it skips itself.
+# finds the program through a compile definition. Without the tools it skips itself.
 if(TARGET tst_Inspector AND TARGET keladmin-inspect)
   target_compile_definitions(tst_Inspector PRIVATE
-    KX_INSPECT_PROGRAM="$<TARGET_FILE:keladmin-inspect>"
-    KX_SAMPLES_DIR="${PROJECT_SOURCE_DIR}/samples")
+    KX_INSPECT_PROGRAM="$<TARGET_FILE:keladmin-inspect>")
   add_dependencies(tst_Inspector keladmin-inspect)
 endif()
 

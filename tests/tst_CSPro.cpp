@@ -126,7 +126,7 @@ TEST(CSPro, UnreadableFileGivesEmptyDictionaryWithoutError)
 TEST(CSPro, LoadFromCSDBChangesNothing)
 {
     TCSPro d;
-    d.loadFromCSDB(kxtest::dataPath(QStringLiteral("census.dcf")));
+    d.loadFromCSDB(kxtest::samplePath(QStringLiteral("census.dcf")));
     EXPECT_EQ(d.getItemsCount(), 0);
     EXPECT_EQ(d.version, QString());
 }
@@ -804,60 +804,86 @@ TEST(CSPro, ShowMessageBoxAlwaysAsksAndReturnsTheButton)
 
 // ------------------------------------------------------------ census, end to end
 
-TEST(CSPro, CensusDictionaryReadEndToEnd)
-{
-    TCSPro d;
-    kxtest::ModalPresser presser({QMessageBox::Yes});
-    d.loadFromFile(kxtest::dataPath(QStringLiteral("census.dcf")));
-    EXPECT_EQ(presser.seen().size(), 1); // only the land-area value set holds a decimal code
+namespace {
 
+// samples/census.dcf: the census story the inspector shows, read by the rules.
+const QString CensusPath = kxtest::samplePath(QStringLiteral("census.dcf"));
+
+void expectCensusDictionaryAndRecords(TCSPro &d)
+{
     EXPECT_EQ(d.version, QStringLiteral("CSPro 7.7"));
-    EXPECT_EQ(d.label, QStringLiteral("Population and Housing Census"));
-    EXPECT_EQ(d.name, QStringLiteral("CENSUS_DICT"));
+    EXPECT_EQ(d.label, QStringLiteral("2023 Population and Housing Census"));
+    EXPECT_EQ(d.name, QStringLiteral("CENSUS2023_DICT"));
     EXPECT_EQ(d.recordTypeStart, 1);
     EXPECT_EQ(d.recordTypeLen, 1);
     EXPECT_EQ(d.positions, QStringLiteral("Absolute"));
-    EXPECT_EQ(d.zeroFill, QStringLiteral("No"));
+    EXPECT_EQ(d.zeroFill, QStringLiteral("Yes"));
     EXPECT_EQ(d.decimalChar, QStringLiteral("No"));
 
-    ASSERT_EQ(d.getRecordsCount(), 2);
-    TCSProRecord *housing = d.getRecord(0);
-    EXPECT_EQ(housing->name, QStringLiteral("HOUSING"));
-    EXPECT_EQ(housing->label, QStringLiteral("Housing record"));
-    EXPECT_EQ(housing->recordTypeValue, QStringLiteral("H"));
-    EXPECT_EQ(housing->required, QStringLiteral("Yes"));
-    EXPECT_EQ(housing->maxRecords, 1);
-    EXPECT_EQ(housing->recordLen, 19);
-    TCSProRecord *person = d.getRecord(1);
-    EXPECT_EQ(person->name, QStringLiteral("PERSON"));
-    EXPECT_EQ(person->label, QStringLiteral("Person record"));
-    EXPECT_EQ(person->recordTypeValue, QStringLiteral("P"));
-    EXPECT_EQ(person->required, QStringLiteral("No"));
-    EXPECT_EQ(person->maxRecords, 30);
-    EXPECT_EQ(person->recordLen, 26);
-    EXPECT_EQ(d.findRecordByValue(QStringLiteral("H")), housing);
-    EXPECT_EQ(d.findRecordByValue(QStringLiteral("P")), person);
+    // name, label, type value (quotes removed), Required, MaxRecords, RecordLen
+    const struct
+    {
+        const char *name, *label, *value, *required;
+        int maxRecords, recordLen;
+    } records[] = {{"HOUSING", "Housing record", "H", "Yes", 1, 68},
+                   {"PERSON", "Person record", "P", "No", 30, 41},
+                   {"DEATH", "Deaths in the last 12 months", "D", "No", 10, 19}};
+    ASSERT_EQ(d.getRecordsCount(), 3);
+    for (int i = 0; i < 3; ++i) {
+        TCSProRecord *r = d.getRecord(i);
+        EXPECT_EQ(r->name, QLatin1String(records[i].name));
+        EXPECT_EQ(r->label, QLatin1String(records[i].label));
+        EXPECT_EQ(r->recordTypeValue, QLatin1String(records[i].value));
+        EXPECT_EQ(r->required, QLatin1String(records[i].required));
+        EXPECT_EQ(r->maxRecords, records[i].maxRecords);
+        EXPECT_EQ(r->recordLen, records[i].recordLen);
+        EXPECT_EQ(d.findRecordByValue(QLatin1String(records[i].value)), r);
+    }
+}
 
-    const QString F1 = occ("FACILITY", 1), F2 = occ("FACILITY", 2), F3 = occ("FACILITY", 3);
-    const QByteArray f1 = F1.toUtf8(), f2 = F2.toUtf8(), f3 = F3.toUtf8();
+void expectCensusItems(TCSPro &d)
+{
+    QList<QByteArray> assets;
+    for (int k = 1; k <= 6; ++k)
+        assets << occ("ASSET", k).toUtf8();
+    // The five identification items belong to the common record; ASSET's six copies follow each
+    // other from column 19, each with the index 9 (the items before them); zeroFill is not copied.
     const Expected expected[] = {
         {"PROVINCE", 2, 2, 0, 0, 0, false, true, 0, "Common"},
         {"DISTRICT", 4, 2, 0, 0, 0, false, true, 0, "Common"},
-        {"HHNUM", 6, 4, 0, 0, 0, false, true, 0, "Common"},
-        {"DWELLING", 10, 1, 0, 0, 0, false, false, 0, "HOUSING"},
-        {f1.constData(), 11, 1, 0, 0, 0, false, false, 4, "HOUSING"},
-        {f2.constData(), 12, 1, 0, 0, 0, false, false, 4, "HOUSING"},
-        {f3.constData(), 13, 1, 0, 0, 0, false, false, 4, "HOUSING"},
-        {"LANDAREA", 14, 5, 0, 0, 1, true, false, 0, "HOUSING"},
-        {"WATER", 19, 1, 1, 0, 0, false, false, 0, "HOUSING"},
-        {"LINE", 10, 2, 0, 0, 0, false, false, 0, "PERSON"},
-        {"RELATION", 12, 1, 0, 0, 0, false, false, 0, "PERSON"},
-        {"SEX", 13, 1, 0, 0, 0, false, false, 0, "PERSON"},
-        {"AGE", 14, 3, 0, 0, 0, false, false, 0, "PERSON"},
-        {"BIRTHDATE", 17, 6, 0, 0, 0, false, false, 0, "PERSON"},
-        {"BIRTHYEAR", 17, 4, 0, 1, 0, false, false, 0, "PERSON"},
-        {"BIRTHMONTH", 21, 2, 0, 1, 0, false, false, 0, "PERSON"},
-        {"OCCUP", 23, 4, 1, 0, 0, false, false, 0, "PERSON"},
+        {"URBRUR", 6, 1, 0, 0, 0, false, false, 0, "Common"},
+        {"EA", 7, 3, 0, 0, 0, false, true, 0, "Common"},
+        {"HHNUM", 10, 3, 0, 0, 0, false, true, 0, "Common"},
+        {"DWELLING", 13, 1, 0, 0, 0, false, false, 0, "HOUSING"},
+        {"ROOMS", 14, 2, 0, 0, 0, false, true, 0, "HOUSING"},
+        {"WALLS", 16, 1, 1, 0, 0, false, false, 0, "HOUSING"},
+        {"WATER", 17, 2, 0, 0, 0, false, false, 0, "HOUSING"},
+        {assets[0].constData(), 19, 1, 0, 0, 0, false, false, 9, "HOUSING"},
+        {assets[1].constData(), 20, 1, 0, 0, 0, false, false, 9, "HOUSING"},
+        {assets[2].constData(), 21, 1, 0, 0, 0, false, false, 9, "HOUSING"},
+        {assets[3].constData(), 22, 1, 0, 0, 0, false, false, 9, "HOUSING"},
+        {assets[4].constData(), 23, 1, 0, 0, 0, false, false, 9, "HOUSING"},
+        {assets[5].constData(), 24, 1, 0, 0, 0, false, false, 9, "HOUSING"},
+        {"LANDAREA", 25, 5, 0, 0, 1, true, false, 0, "HOUSING"},
+        {"RENT", 30, 7, 0, 0, 2, false, false, 0, "HOUSING"},
+        {"HHSIZE", 37, 2, 0, 0, 0, false, true, 0, "HOUSING"},
+        {"ADDRESS", 39, 30, 1, 0, 0, false, false, 0, "HOUSING"},
+        {"PLINE", 13, 2, 0, 0, 0, false, true, 0, "PERSON"},
+        {"RELATION", 15, 1, 0, 0, 0, false, false, 0, "PERSON"},
+        {"SEX", 16, 1, 0, 0, 0, false, false, 0, "PERSON"},
+        {"AGE", 17, 3, 0, 0, 0, false, false, 0, "PERSON"},
+        {"BIRTHDATE", 20, 6, 0, 0, 0, false, false, 0, "PERSON"},
+        {"BIRTHYEAR", 20, 4, 0, 1, 0, false, false, 0, "PERSON"},
+        {"BIRTHMONTH", 24, 2, 0, 1, 0, false, false, 0, "PERSON"},
+        {"MARITAL", 26, 1, 0, 0, 0, false, false, 0, "PERSON"},
+        {"SCHOOL", 27, 1, 0, 0, 0, false, false, 0, "PERSON"},
+        {"OCCUP", 28, 4, 1, 0, 0, false, false, 0, "PERSON"},
+        {"INCOME", 32, 8, 0, 0, 2, false, false, 0, "PERSON"},
+        {"CHILDREN", 40, 2, 0, 0, 0, false, false, 0, "PERSON"},
+        {"DLINE", 13, 2, 0, 0, 0, false, true, 0, "DEATH"},
+        {"DSEX", 15, 1, 0, 0, 0, false, false, 0, "DEATH"},
+        {"DAGE", 16, 3, 0, 0, 0, false, false, 0, "DEATH"},
+        {"DCAUSE", 19, 1, 0, 0, 0, false, false, 0, "DEATH"},
     };
     ASSERT_EQ(d.getItemsCount(), int(std::size(expected)));
     for (int i = 0; i < d.getItemsCount(); ++i) {
@@ -876,59 +902,98 @@ TEST(CSPro, CensusDictionaryReadEndToEnd)
         EXPECT_EQ(it->occurrences, 1);
         ASSERT_NE(it->record, nullptr);
         EXPECT_EQ(it->record->name, QString::fromUtf8(e.record));
+        // "Name=MISSING,Special" and "Name=NOTAPPL,Special" match neither word.
         EXPECT_EQ(it->missingCode, QString());
         EXPECT_EQ(it->notApplCode, QString());
     }
     EXPECT_EQ(d.getItem(0)->label, QStringLiteral("Province"));
-    EXPECT_EQ(d.getItem(4)->label, QStringLiteral("Facility available"));
-    EXPECT_EQ(d.getItem(16)->label, QStringLiteral("Occupation code"));
+    EXPECT_EQ(d.getItem(9)->label, QStringLiteral("Household owns the item"));
+    EXPECT_EQ(d.getItem(28)->label, QStringLiteral("Occupation (ISCO-08 unit group)"));
+}
 
-    EXPECT_EQ(entriesOf(d.getItem(0)), L({"1=North/0", "2=South/0", "3=East/0", "4=West/0"}));
-    EXPECT_EQ(d.getItem(0)->getValueSet(0)->name, QStringLiteral("PROVINCE_VS1"));
-    EXPECT_EQ(d.getItem(0)->getValueSet(0)->label, QStringLiteral("Province"));
-    EXPECT_FALSE(d.getItem(1)->getHasValueSet());
-    EXPECT_FALSE(d.getItem(2)->getHasValueSet());
-    EXPECT_EQ(entriesOf(d.getItem(3)),
-              L({"1=Detached house/0", "2=Apartment/0", "3=Traditional hut/0", "9=Not reported/0"}));
-    EXPECT_EQ(entriesOf(d.getItem(4)), L({"1=Yes/0", "2=No/0"}));
-    EXPECT_EQ(d.getItem(5)->getValueSet(0), d.getItem(4)->getValueSet(0));
-    EXPECT_EQ(d.getItem(6)->getValueSet(0), d.getItem(4)->getValueSet(0));
-    EXPECT_EQ(entriesOf(d.getItem(7)), L({"0=Under one hectare/0", "1=One hectare or more/0",
-                                          "99=One hectare or more/0", "999=Not reported/0"}));
-    EXPECT_EQ(entriesOf(d.getItem(8)),
-              L({"A'=Piped into dwelling/0", "B=Well or spring/0", "D=Well or spring/0",
-                 "D F:G=Well or spring/0", "G=Well or spring/0", "X'=Other source/0"}));
-    EXPECT_EQ(d.getItem(8)->getValueSet(0)->isNumeric, 0);
-    EXPECT_FALSE(d.getItem(9)->getHasValueSet());
-    EXPECT_EQ(entriesOf(d.getItem(10)),
-              L({"1=Head/0", "2=Spouse/0", "3=Child/0", "4=Other relative/0", "8=Other relative/0"}));
-    EXPECT_EQ(entriesOf(d.getItem(11)), L({"1=Male/0", "2=Female/0"}));
-    EXPECT_EQ(entriesOf(d.getItem(12)), L({"0=/0", "98=/0", "998=Not applicable/0", "999=Not reported/0"}));
-    EXPECT_FALSE(d.getItem(13)->getHasValueSet());
-    EXPECT_FALSE(d.getItem(14)->getHasValueSet());
-    EXPECT_EQ(entriesOf(d.getItem(15)), L({"1=Month/0", "12=Month/0"}));
-    EXPECT_FALSE(d.getItem(16)->getHasValueSet());
+// Entries sorted by code (numerically, as text for the alpha items WALLS and OCCUP); a range
+// "low:high" is kept as its two bounds; the special-value lines leave ordinary entries.
+void expectCensusValueSets(TCSPro &d)
+{
+    const QStringList reported = {"9=Not reported/0"};
+    const QMap<int, QStringList> entries = {
+        {0, {"1=North/0", "2=South/0", "3=East/0", "4=West/0", "5=Capital district/0"}},
+        {2, {"1=Urban/0", "2=Rural/0"}},
+        {5, QStringList{"1=Detached house/0", "2=Semi-detached house/0", "3=Apartment or flat/0",
+                        "4=Traditional dwelling/0", "5=Improvised housing unit/0"} + reported},
+        {6, {"1=Rooms/0", "20=Rooms/0", "99=Not reported/0"}},
+        {7, {"A'=Brick or concrete blocks/0", "B'=Wood or timber/0", "C'=Mud or earth/0", "X'=Other material/0"}},
+        {8, {"11=Piped into dwelling/0", "12=Piped into yard or plot/0", "21=Public tap or standpipe/0",
+             "31=Protected well/0", "32=Unprotected well/0", "41=River, lake or pond/0", "96=Other source/0"}},
+        {15, {"0=Under one hectare/0", "1=One hectare or more/0", "999=One hectare or more/0"}},
+        {19, {"1=Line/0", "30=Line/0"}},
+        {20, QStringList{"1=Head/0", "2=Spouse or partner/0", "3=Son or daughter/0", "4=Parent/0",
+                         "5=Other relative/0", "6=Non-relative/0"} + reported},
+        {21, {"1=Male/0", "2=Female/0"}},
+        {22, {"0=Years/0", "97=Years/0", "98=98 years or more/0", "999=Not reported/0"}},
+        {25, {"1=Month/0", "12=Month/0", "99=Not reported/0"}},
+        {26, QStringList{"1=Never married/0", "2=Married/0", "3=Consensual union/0", "4=Separated or divorced/0",
+                         "5=Widowed/0"} + reported},
+        {27, QStringList{"1=Attending/0", "2=Attended in the past/0", "3=Never attended/0", "8=Not applicable/0"}
+                 + reported},
+        {28, {"1120'=Managing directors and chief executives/0", "2341'=Primary school teachers/0",
+              "6111'=Field crop and vegetable growers/0", "7115'=Carpenters and joiners/0", "9999'=Not stated/0"}},
+        {30, {"0=Children/0", "30=Children/0", "98=Not applicable/0", "99=Not reported/0"}},
+        {32, {"1=Male/0", "2=Female/0"}},
+        {33, {"0=Years/0", "97=Years/0", "98=98 years or more/0", "999=Not reported/0"}},
+        {34, {"1=Illness/0", "2=Accident/0", "3=Violence/0", "4=Pregnancy or childbirth/0", "9=Not known/0"}},
+    };
+    for (int i = 0; i < d.getItemsCount(); ++i) {
+        if (i >= 9 && i <= 14) // ASSET: one value set for all six copies
+            continue;
+        EXPECT_EQ(entriesOf(d.getItem(i)), entries.value(i)) << i;
+    }
+    for (int i = 9; i <= 14; ++i) {
+        ASSERT_TRUE(d.getItem(i)->getHasValueSet()) << i;
+        EXPECT_EQ(d.getItem(i)->getValueSet(0), d.getItem(9)->getValueSet(0)) << i;
+    }
+    EXPECT_EQ(entriesOf(d.getItem(9)), L({"1=Yes/0", "2=No/0"}));
+    EXPECT_EQ(d.getItem(9)->getValueSet(0)->name, QStringLiteral("ASSET_VS1"));
+    EXPECT_EQ(d.getItem(9)->getValueSet(0)->label, QStringLiteral("Yes or no"));
+    EXPECT_EQ(d.getItem(32)->getValueSet(0)->name, QStringLiteral("DSEX_VS1"));
+    EXPECT_EQ(d.getItem(32)->getValueSet(0)->label, QStringLiteral("Sex"));
+    EXPECT_EQ(d.getItem(7)->getValueSet(0)->isNumeric, 0);
+    EXPECT_EQ(d.getItem(8)->getValueSet(0)->isNumeric, 1);
+}
+
+} // namespace
+
+TEST(CSPro, CensusDictionaryReadEndToEnd)
+{
+    TCSPro d;
+    kxtest::ModalPresser presser({QMessageBox::Yes});
+    d.loadFromFile(CensusPath);
+    EXPECT_EQ(presser.seen().size(), 1); // only the land-area value set holds a decimal code
+    expectCensusDictionaryAndRecords(d);
+    expectCensusItems(d);
+    expectCensusValueSets(d);
 }
 
 TEST(CSPro, CensusAnsweredNoLosesOnlyTheDecimalValueSet)
 {
     TCSPro d;
     kxtest::ModalPresser presser({QMessageBox::No});
-    d.loadFromFile(kxtest::dataPath(QStringLiteral("census.dcf")));
-    ASSERT_EQ(d.getItemsCount(), 17);
-    EXPECT_FALSE(d.getItem(7)->getHasValueSet());
+    d.loadFromFile(CensusPath);
+    ASSERT_EQ(d.getItemsCount(), 35);
+    EXPECT_FALSE(d.getItem(15)->getHasValueSet()); // LANDAREA
     EXPECT_TRUE(d.getItem(8)->getHasValueSet());
+    EXPECT_TRUE(d.getItem(19)->getHasValueSet());
 }
 
 TEST(CSPro, ReleaseModelDeletesTheCensusModelOnceAndTheReaderReadsAgain)
 {
     TCSPro d;
     kxtest::ModalPresser presser({QMessageBox::Yes, QMessageBox::Yes});
-    d.loadFromFile(kxtest::dataPath(QStringLiteral("census.dcf")));
-    ASSERT_EQ(d.getItemsCount(), 17);
-    // The three FACILITY copies share one value set: deleted once (the
+    d.loadFromFile(CensusPath);
+    ASSERT_EQ(d.getItemsCount(), 35);
+    // The six ASSET copies share one value set: deleted once (the
     // sanitizer build would report a second delete).
-    ASSERT_EQ(d.getItem(5)->getValueSet(0), d.getItem(4)->getValueSet(0));
+    ASSERT_EQ(d.getItem(14)->getValueSet(0), d.getItem(9)->getValueSet(0));
 
     d.releaseModel();
     EXPECT_EQ(d.getItemsCount(), 0);
@@ -939,9 +1004,9 @@ TEST(CSPro, ReleaseModelDeletesTheCensusModelOnceAndTheReaderReadsAgain)
     EXPECT_EQ(d.currentRecord, d.commonRecord);
     EXPECT_EQ(d.currentItem, nullptr);
 
-    d.loadFromFile(kxtest::dataPath(QStringLiteral("census.dcf")));
-    EXPECT_EQ(d.getItemsCount(), 17);
-    EXPECT_EQ(d.getRecordsCount(), 2);
+    d.loadFromFile(CensusPath);
+    EXPECT_EQ(d.getItemsCount(), 35);
+    EXPECT_EQ(d.getRecordsCount(), 3);
     d.releaseModel();
 }
 
@@ -950,7 +1015,7 @@ TEST(CSPro, ReleaseModelDeletesTheCensusModelOnceAndTheReaderReadsAgain)
 namespace {
 QByteArray censusBytes()
 {
-    QFile f(kxtest::dataPath(QStringLiteral("census.dcf")));
+    QFile f(CensusPath);
     EXPECT_TRUE(f.open(QIODevice::ReadOnly));
     return f.readAll();
 }
@@ -971,8 +1036,8 @@ TEST(CSPro, ByteOrderMarkReadsTheSameAsPlain)
     const QByteArray plain = censusBytes();
     ASSERT_FALSE(plain.contains('\r'));
     const QString bom = kxtest::writeFile(dir, QStringLiteral("bom.dcf"), QByteArray("\xEF\xBB\xBF") + plain);
-    const QStringList expected = loadDump(kxtest::dataPath(QStringLiteral("census.dcf")));
-    EXPECT_EQ(expected.size(), 1 + 2 + 17);
+    const QStringList expected = loadDump(CensusPath);
+    EXPECT_EQ(expected.size(), 1 + 3 + 35);
     EXPECT_EQ(loadDump(bom), expected);
 }
 
@@ -983,7 +1048,7 @@ TEST(CSPro, CrlfLineEndsReadTheSameAsPlain)
     crlf.replace("\n", "\r\n");
     const QString path = kxtest::writeFile(dir, QStringLiteral("crlf.dcf"), crlf);
     const QString both = kxtest::writeFile(dir, QStringLiteral("both.dcf"), QByteArray("\xEF\xBB\xBF") + crlf);
-    const QStringList expected = loadDump(kxtest::dataPath(QStringLiteral("census.dcf")));
+    const QStringList expected = loadDump(CensusPath);
     EXPECT_EQ(loadDump(path), expected);
     EXPECT_EQ(loadDump(both), expected);
 }

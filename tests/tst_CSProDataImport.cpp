@@ -625,78 +625,134 @@ QString occurrence(const QString &name, int k)
     return name + QStringLiteral("_") + QChar(k);
 }
 
-// The text dictionary as the text reader gives it: FACILITY expanded with
-// occurrence characters 1 to 3; the MISSING/NOTAPPL lines written
-// "Name=MISSING,Special" mark nothing, so 9, 999 and 998 stay ordinary codes;
-// value ranges are stored as their two bound codes; the alpha codes 'A' and
-// 'X' keep their closing apostrophe and "B:D F:G" adds the pieces B, D, G.
-// LANDAREA's decimal code 0.5 becomes 0 after the prompt is answered Yes.
+const QString CensusText = kxtest::samplePath(QStringLiteral("census.dcf"));
+const QString CensusJson = kxtest::samplePath(QStringLiteral("census.json"));
+
+// The fields both readers give alike: the identification items and the items
+// whose value sets hold single whole-number codes only.
+ExpectedField commonField(const char *name, const char *label, int start, int size, const char *minimum,
+                          const char *maximum, const char *valueLabels)
+{
+    return {name, label, "INTEGER", start, size, 0, minimum, maximum, valueLabels, "Common"};
+}
+
+ExpectedField integerField(const char *name, const char *label, int start, int size, const char *minimum,
+                           const char *maximum, const char *valueLabels, const char *record)
+{
+    return {name, label, "INTEGER", start, size, 0, minimum, maximum, valueLabels, record};
+}
+
+const char *const DwellingLabels = "1 Detached house\t2 Semi-detached house\t3 Apartment or flat\t4 Traditional "
+                                   "dwelling\t5 Improvised housing unit\t9 Not reported\t";
+const char *const WaterLabels = "11 Piped into dwelling\t12 Piped into yard or plot\t21 Public tap or standpipe\t31 "
+                                "Protected well\t32 Unprotected well\t41 River, lake or pond\t96 Other source\t";
+const char *const RelationLabels = "1 Head\t2 Spouse or partner\t3 Son or daughter\t4 Parent\t5 Other relative\t6 "
+                                   "Non-relative\t9 Not reported\t";
+const char *const MaritalLabels = "1 Never married\t2 Married\t3 Consensual union\t4 Separated or divorced\t5 "
+                                  "Widowed\t9 Not reported\t";
+const char *const SchoolLabels = "1 Attending\t2 Attended in the past\t3 Never attended\t8 Not applicable\t9 Not "
+                                 "reported\t";
+const char *const CauseLabels = "1 Illness\t2 Accident\t3 Violence\t4 Pregnancy or childbirth\t9 Not known\t";
+
+QList<ExpectedField> censusIdentificationFields()
+{
+    return {commonField("PROVINCE", "Province", 2, 2, "1", "5",
+                        "1 North\t2 South\t3 East\t4 West\t5 Capital district\t"),
+            commonField("DISTRICT", "District", 4, 2, "0", "99", ""),
+            commonField("URBRUR", "Urban or rural area", 6, 1, "1", "2", "1 Urban\t2 Rural\t"),
+            commonField("EA", "Enumeration area", 7, 3, "0", "999", ""),
+            commonField("HHNUM", "Household number", 10, 3, "0", "999", "")};
+}
+
+// The text dictionary as the text reader gives it: ASSET expanded with the
+// occurrence characters 1 to 6; the lines "Name=MISSING,Special" and
+// "Name=NOTAPPL,Special" mark nothing, so 9, 99, 999 and 98 stay ordinary
+// codes; a range is stored as its two bound codes; the alpha codes keep their
+// closing apostrophe; LANDAREA's decimal code 0.5 becomes 0 after the prompt
+// is answered Yes; numbers of decimals make REAL fields.
 QList<ExpectedField> censusTextFields()
 {
-    const QString h = QStringLiteral("HOUSING");
-    const QString p = QStringLiteral("PERSON");
-    const QString c = QStringLiteral("Common");
-    QList<ExpectedField> f{
-        {"PROVINCE", "Province", "INTEGER", 2, 2, 0, "1", "4", "1 North\t2 South\t3 East\t4 West\t", c},
-        {"DISTRICT", "District", "INTEGER", 4, 2, 0, "0", "99", "", c},
-        {"HHNUM", "Household number", "INTEGER", 6, 4, 0, "0", "9999", "", c},
-        {"DWELLING", "Type of dwelling", "INTEGER", 10, 1, 0, "1", "9",
-         "1 Detached house\t2 Apartment\t3 Traditional hut\t9 Not reported\t", h},
-    };
-    for (int k = 1; k <= 3; ++k)
-        f << ExpectedField{occurrence("FACILITY", k), "Facility available", "INTEGER", 10 + k, 1, 0, "1", "2",
+    const char *h = "HOUSING", *p = "PERSON", *d = "DEATH";
+    QList<ExpectedField> f = censusIdentificationFields();
+    f << integerField("DWELLING", "Type of dwelling", 13, 1, "1", "9", DwellingLabels, h)
+      << integerField("ROOMS", "Number of rooms", 14, 2, "1", "99", "1 Rooms\t20 Rooms\t99 Not reported\t", h)
+      << ExpectedField{"WALLS", "Main material of the outer walls", "STRING", 16, 1, 0, "0", "",
+                       "A' Brick or concrete blocks\tB' Wood or timber\tC' Mud or earth\tX' Other material\t", h}
+      << integerField("WATER", "Main source of drinking water", 17, 2, "11", "96", WaterLabels, h);
+    for (int k = 1; k <= 6; ++k)
+        f << ExpectedField{occurrence("ASSET", k), "Household owns the item", "INTEGER", 18 + k, 1, 0, "1", "2",
                            "1 Yes\t2 No\t", h};
-    f << ExpectedField{"LANDAREA", "Land area in hectares", "REAL", 14, 5, 1, "0", "999",
-                       "0 Under one hectare\t1 One hectare or more\t99 One hectare or more\t999 Not reported\t", h}
-      << ExpectedField{"WATER", "Source of drinking water", "STRING", 19, 1, 0, "0", "",
-                       "A' Piped into dwelling\tB Well or spring\tD Well or spring\tD F:G Well or spring\t"
-                       "G Well or spring\tX' Other source\t",
-                       h}
-      << ExpectedField{"LINE", "Person line number", "INTEGER", 10, 2, 0, "0", "99", "", p}
-      << ExpectedField{"RELATION", "Relationship to head", "INTEGER", 12, 1, 0, "1", "8",
-                       "1 Head\t2 Spouse\t3 Child\t4 Other relative\t8 Other relative\t", p}
-      << ExpectedField{"SEX", "Sex", "INTEGER", 13, 1, 0, "1", "2", "1 Male\t2 Female\t", p}
-      << ExpectedField{"AGE", "Age in completed years", "INTEGER", 14, 3, 0, "0", "999",
-                       "0 \t98 \t998 Not applicable\t999 Not reported\t", p}
-      << ExpectedField{"BIRTHDATE", "Date of birth", "INTEGER", 17, 6, 0, "0", "999999", "", p}
-      << ExpectedField{"BIRTHYEAR", "Year of birth", "INTEGER", 17, 4, 0, "0", "9999", "", p}
-      << ExpectedField{"BIRTHMONTH", "Month of birth", "INTEGER", 21, 2, 0, "1", "12", "1 Month\t12 Month\t", p}
-      << ExpectedField{"OCCUP", "Occupation code", "STRING", 23, 4, 0, "", "", "", p};
+    f << ExpectedField{"LANDAREA", "Agricultural land in hectares", "REAL", 25, 5, 1, "0", "999",
+                       "0 Under one hectare\t1 One hectare or more\t999 One hectare or more\t", h}
+      << ExpectedField{"RENT", "Monthly rent paid", "REAL", 30, 7, 2, "0", "99999", "", h}
+      << integerField("HHSIZE", "Persons in the household", 37, 2, "0", "99", "", h)
+      << ExpectedField{"ADDRESS", "Street address", "STRING", 39, 30, 0, "", "", "", h}
+      << integerField("PLINE", "Person line number", 13, 2, "1", "30", "1 Line\t30 Line\t", p)
+      << integerField("RELATION", "Relationship to head of household", 15, 1, "1", "9", RelationLabels, p)
+      << integerField("SEX", "Sex", 16, 1, "1", "2", "1 Male\t2 Female\t", p)
+      << integerField("AGE", "Age in completed years", 17, 3, "0", "999",
+                      "0 Years\t97 Years\t98 98 years or more\t999 Not reported\t", p)
+      << integerField("BIRTHDATE", "Date of birth", 20, 6, "0", "999999", "", p)
+      << integerField("BIRTHYEAR", "Year of birth", 20, 4, "0", "9999", "", p)
+      << integerField("BIRTHMONTH", "Month of birth", 24, 2, "1", "99", "1 Month\t12 Month\t99 Not reported\t", p)
+      << integerField("MARITAL", "Marital status", 26, 1, "1", "9", MaritalLabels, p)
+      << integerField("SCHOOL", "School attendance", 27, 1, "1", "9", SchoolLabels, p)
+      << ExpectedField{"OCCUP", "Occupation (ISCO-08 unit group)", "STRING", 28, 4, 0, "0", "",
+                       "1120' Managing directors and chief executives\t2341' Primary school teachers\t6111' Field "
+                       "crop and vegetable growers\t7115' Carpenters and joiners\t9999' Not stated\t",
+                       p}
+      << ExpectedField{"INCOME", "Monthly income from work", "REAL", 32, 8, 2, "0", "999999", "", p}
+      << integerField("CHILDREN", "Children ever born", 40, 2, "0", "99",
+                      "0 Children\t30 Children\t98 Not applicable\t99 Not reported\t", p)
+      << integerField("DLINE", "Line of the deceased", 13, 2, "0", "99", "", d)
+      << integerField("DSEX", "Sex of the deceased", 15, 1, "1", "2", "1 Male\t2 Female\t", d)
+      << integerField("DAGE", "Age at death", 16, 3, "0", "999",
+                      "0 Years\t97 Years\t98 98 years or more\t999 Not reported\t", d)
+      << integerField("DCAUSE", "Cause of death", 19, 1, "1", "9", CauseLabels, d);
     return f;
 }
 
-// The JSON dictionary as the JSON reader gives it: positions follow the
-// running position, FACILITY becomes FACILITY_1 to _3 each with its own
-// unsorted value set, no number of decimals is read (LANDAREA is a whole
-// number of length 5), subitems are ignored, a range stays one code "1:99"
-// that reads as the number 0, and the "special" keys mark nothing.
+// The JSON dictionary as the JSON reader gives it: ASSET becomes ASSET_1 to
+// _6 each with its own value set, no number of decimals is read (LANDAREA,
+// RENT and INCOME are whole numbers), the subitems of BIRTHDATE are not read,
+// entries stay in file order, a range stays one code "low:high" that reads as
+// the number 0, and the "special" keys mark nothing.
 QList<ExpectedField> censusJsonFields()
 {
-    const QString h = QStringLiteral("HOUSING");
-    const QString p = QStringLiteral("PERSON");
-    const QString c = QStringLiteral("Common");
-    QList<ExpectedField> f{
-        {"PROVINCE", "Province", "INTEGER", 2, 2, 0, "1", "4", "1 North\t2 South\t3 East\t4 West\t", c},
-        {"DISTRICT", "District", "INTEGER", 4, 2, 0, "0", "99", "", c},
-        {"HHNUM", "Household number", "INTEGER", 6, 4, 0, "0", "9999", "", c},
-        {"DWELLING", "Type of dwelling", "INTEGER", 10, 1, 0, "1", "9",
-         "1 Detached house\t2 Apartment\t3 Traditional hut\t9 Not reported\t", h},
-    };
-    for (int k = 1; k <= 3; ++k)
-        f << ExpectedField{QStringLiteral("FACILITY_%1").arg(k), "Facility available", "INTEGER", 10 + k, 1, 0,
-                           "1", "2", "2 No\t1 Yes\t", h};
-    f << ExpectedField{"LANDAREA", "Land area in hectares", "INTEGER", 14, 5, 0, "0", "999",
-                       "0.5 Under one hectare\t0 One hectare or more\t999 Not reported\t", h}
-      << ExpectedField{"WATER", "Source of drinking water", "STRING", 19, 1, 0, "0", "",
-                       "A Piped into dwelling\tB:D Well or spring\tX Other source\t", h}
-      << ExpectedField{"LINE", "Person line number", "INTEGER", 10, 2, 0, "0", "99", "", p}
-      << ExpectedField{"RELATION", "Relationship to head", "INTEGER", 12, 1, 0, "0", "3",
-                       "1 Head\t2 Spouse\t3 Child\t0 Other relative\t", p}
-      << ExpectedField{"SEX", "Sex", "INTEGER", 13, 1, 0, "1", "2", "1 Male\t2 Female\t", p}
-      << ExpectedField{"AGE", "Age in completed years", "INTEGER", 14, 3, 0, "0", "999",
-                       "0 \t999 Not reported\t998 Not applicable\t", p}
-      << ExpectedField{"BIRTHDATE", "Date of birth", "INTEGER", 17, 6, 0, "0", "999999", "", p}
-      << ExpectedField{"OCCUP", "Occupation code", "STRING", 23, 4, 0, "", "", "", p};
+    const char *h = "HOUSING", *p = "PERSON", *d = "DEATH";
+    QList<ExpectedField> f = censusIdentificationFields();
+    f << integerField("DWELLING", "Type of dwelling", 13, 1, "1", "9", DwellingLabels, h)
+      << integerField("ROOMS", "Number of rooms", 14, 2, "0", "99", "0 Rooms\t99 Not reported\t", h)
+      << ExpectedField{"WALLS", "Main material of the outer walls", "STRING", 16, 1, 0, "0", "",
+                       "A Brick or concrete blocks\tB Wood or timber\tC Mud or earth\tX Other material\t", h}
+      << integerField("WATER", "Main source of drinking water", 17, 2, "11", "96", WaterLabels, h);
+    for (int k = 1; k <= 6; ++k)
+        f << ExpectedField{QStringLiteral("ASSET_%1").arg(k), "Household owns the item", "INTEGER", 18 + k, 1, 0,
+                           "1", "2", "1 Yes\t2 No\t", h};
+    f << integerField("LANDAREA", "Agricultural land in hectares", 25, 5, "0", "0.5",
+                      "0.5 Under one hectare\t0 One hectare or more\t", h)
+      << integerField("RENT", "Monthly rent paid", 30, 7, "0", "9999999", "", h)
+      << integerField("HHSIZE", "Persons in the household", 37, 2, "0", "99", "", h)
+      << ExpectedField{"ADDRESS", "Street address", "STRING", 39, 30, 0, "", "", "", h}
+      << integerField("PLINE", "Person line number", 13, 2, "0", "0", "0 Line\t", p)
+      << integerField("RELATION", "Relationship to head of household", 15, 1, "1", "9", RelationLabels, p)
+      << integerField("SEX", "Sex", 16, 1, "1", "2", "1 Male\t2 Female\t", p)
+      << integerField("AGE", "Age in completed years", 17, 3, "0", "999",
+                      "0 Years\t98 98 years or more\t999 Not reported\t", p)
+      << integerField("BIRTHDATE", "Date of birth", 20, 6, "0", "999999", "", p)
+      << integerField("MARITAL", "Marital status", 26, 1, "1", "9", MaritalLabels, p)
+      << integerField("SCHOOL", "School attendance", 27, 1, "1", "9", SchoolLabels, p)
+      << ExpectedField{"OCCUP", "Occupation (ISCO-08 unit group)", "STRING", 28, 4, 0, "0", "",
+                       "1120 Managing directors and chief executives\t2341 Primary school teachers\t6111 Field crop "
+                       "and vegetable growers\t7115 Carpenters and joiners\t9999 Not stated\t",
+                       p}
+      << integerField("INCOME", "Monthly income from work", 32, 8, "0", "99999999", "", p)
+      << integerField("CHILDREN", "Children ever born", 40, 2, "0", "99",
+                      "0 Children\t98 Not applicable\t99 Not reported\t", p)
+      << integerField("DLINE", "Line of the deceased", 13, 2, "0", "99", "", d)
+      << integerField("DSEX", "Sex of the deceased", 15, 1, "1", "2", "1 Male\t2 Female\t", d)
+      << integerField("DAGE", "Age at death", 16, 3, "0", "999", "0 Years\t98 98 years or more\t999 Not reported\t", d)
+      << integerField("DCAUSE", "Cause of death", 19, 1, "1", "9", CauseLabels, d);
     return f;
 }
 
@@ -736,12 +792,14 @@ void expectRecordLayout(TDataImport &importer, TKxDataProvider &provider)
     EXPECT_TRUE(importer.isMultiple());
     EXPECT_EQ(importer.getRecordTypeStart(), 1);
     EXPECT_EQ(importer.getRecordTypeSize(), 1);
-    EXPECT_EQ(importer.getGroupCount(), 2);
+    EXPECT_EQ(importer.getGroupCount(), 3);
     EXPECT_EQ(importer.getGroupName(0), QStringLiteral("HOUSING=H"));
     EXPECT_EQ(importer.getGroupName(1), QStringLiteral("PERSON=P"));
+    EXPECT_EQ(importer.getGroupName(2), QStringLiteral("DEATH=D"));
     EXPECT_EQ(importer.getGroupValue(1), QStringLiteral("PERSON=P"));
     EXPECT_EQ(importer.getRecordTypeIndex(QStringLiteral("H")), 0);
     EXPECT_EQ(importer.getRecordTypeIndex(QStringLiteral("P")), 1);
+    EXPECT_EQ(importer.getRecordTypeIndex(QStringLiteral("D")), 2);
     EXPECT_EQ(importer.getRecordTypeIndex(QStringLiteral("_COMMON_")), -1);
 
     EXPECT_EQ(provider.getRecordTypeStart(), 1);
@@ -756,6 +814,7 @@ void expectRecordLayout(TDataImport &importer, TKxDataProvider &provider)
     EXPECT_EQ(provider.getFieldFromRecord("PROVINCE", "PERSON"), nullptr);
     EXPECT_EQ(provider.getFieldFromRecord("AGE", "person"), provider.getField("AGE"));
     EXPECT_EQ(provider.getFieldFromRecord("AGE", "housing"), nullptr);
+    EXPECT_EQ(provider.getFieldFromRecord("DAGE", "death"), provider.getField("DAGE"));
 
     // The record type is cut at position 1 of the line as well.
     provider.setCurrentLine("H0312004221210125B");
@@ -773,11 +832,25 @@ void expectCuts(TKxDataProvider &provider, const QList<QPair<QString, QString>> 
     }
 }
 
+//! The columns of the fields both readers place alike, cut from the line of letters.
+QList<QPair<QString, QString>> censusCuts()
+{
+    const char *const cuts[][2] = {{"PROVINCE", "CD"}, {"DISTRICT", "EF"}, {"URBRUR", "G"}, {"EA", "HIJ"},
+                                   {"HHNUM", "KLM"},   {"DWELLING", "N"},  {"ROOMS", "OP"}, {"WALLS", "Q"},
+                                   {"WATER", "RS"},    {"LANDAREA", "Z"},  {"PLINE", "NO"}, {"RELATION", "P"},
+                                   {"SEX", "Q"},       {"AGE", "RST"},     {"BIRTHDATE", "UVWXYZ"},
+                                   {"DLINE", "NO"},    {"DSEX", "P"},      {"DAGE", "QRS"}, {"DCAUSE", "T"}};
+    QList<QPair<QString, QString>> out;
+    for (const auto &cut : cuts)
+        out.append({QLatin1String(cut[0]), QLatin1String(cut[1])});
+    return out;
+}
+
 } // namespace
 
 TEST(CensusImport, TextDictionaryGivesTheCensusSourceFields)
 {
-    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    TCSProDataImport importer(CensusText);
     {
         kxtest::ModalPresser presser({QMessageBox::Yes});
         importer.openFile();
@@ -788,13 +861,13 @@ TEST(CensusImport, TextDictionaryGivesTheCensusSourceFields)
     ASSERT_TRUE(provider.genericGetFieldsFrom(&importer));
     EXPECT_EQ(provider.getDataProviderType(), QStringLiteral("CSPRO"));
     EXPECT_EQ(provider.getDataProviderTypeIndex(), 1);
-    EXPECT_EQ(provider.getDataProviderId(), QStringLiteral("CSPRO_") + kxtest::dataPath("census.dcf"));
+    EXPECT_EQ(provider.getDataProviderId(), QStringLiteral("CSPRO_") + CensusText);
     expectSourceFields(provider, censusTextFields(), QStringLiteral("CSPRO"));
 }
 
 TEST(CensusImport, TextDictionaryRecordLayout)
 {
-    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    TCSProDataImport importer(CensusText);
     {
         kxtest::ModalPresser presser({QMessageBox::Yes});
         importer.openFile();
@@ -806,47 +879,35 @@ TEST(CensusImport, TextDictionaryRecordLayout)
 
 TEST(CensusImport, TextDictionaryFieldsCutTheirColumns)
 {
-    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    TCSProDataImport importer(CensusText);
     {
         kxtest::ModalPresser presser({QMessageBox::Yes});
         importer.openFile();
     }
     TKxDataProvider provider;
     provider.genericGetFieldsFrom(&importer);
-    expectCuts(provider, {{"PROVINCE", "CD"},
-                          {"DISTRICT", "EF"},
-                          {"HHNUM", "GHIJ"},
-                          {"DWELLING", "K"},
-                          {occurrence("FACILITY", 1), "L"},
-                          {occurrence("FACILITY", 2), "M"},
-                          {occurrence("FACILITY", 3), "N"},
-                          {"LANDAREA", "OPQRS"},
-                          {"WATER", "T"},
-                          {"LINE", "KL"},
-                          {"RELATION", "M"},
-                          {"SEX", "N"},
-                          {"AGE", "OPQ"},
-                          {"BIRTHDATE", "RSTUVW"},
-                          {"BIRTHYEAR", "RSTU"},
-                          {"BIRTHMONTH", "VW"},
-                          {"OCCUP", "XYZ"}});
+    QList<QPair<QString, QString>> cuts = censusCuts();
+    for (int k = 1; k <= 6; ++k)
+        cuts.append({occurrence("ASSET", k), QString(Letters.at(18 + k))});
+    cuts << qMakePair(QStringLiteral("BIRTHYEAR"), QStringLiteral("UVWX"))
+         << qMakePair(QStringLiteral("BIRTHMONTH"), QStringLiteral("YZ"));
+    expectCuts(provider, cuts);
 
-    // A housing line of the census: position 19 is past its end.
-    const QString housing = QStringLiteral("H0312004221210125B");
-    EXPECT_EQ(provider.getField("HHNUM")->getStringValue(housing), QStringLiteral("0422"));
-    EXPECT_EQ(provider.getField("LANDAREA")->getStringValue(housing), QStringLiteral("125B"));
-    TKxSourceField *water = provider.getField("WATER");
-    EXPECT_EQ(water->getStringValue(housing), QString());
-    EXPECT_TRUE(water->getIsBlankValue());
+    // A housing line cut short after ASSET: LANDAREA, from position 25 on, has nothing.
+    const QString housing = QStringLiteral("H03121004221204A11121212");
+    EXPECT_EQ(provider.getField("HHNUM")->getStringValue(housing), QStringLiteral("212"));
+    TKxSourceField *land = provider.getField("LANDAREA");
+    EXPECT_EQ(land->getStringValue(housing), QString());
+    EXPECT_TRUE(land->getIsBlankValue());
     // A short person line yields what exists from the start position on.
     TKxSourceField *birth = provider.getField("BIRTHDATE");
-    EXPECT_EQ(birth->getStringValue(QStringLiteral("P031200420113045198")), QStringLiteral("98"));
+    EXPECT_EQ(birth->getStringValue(QStringLiteral("P031210042210121198907")), QStringLiteral("07"));
     EXPECT_FALSE(birth->getIsBlankValue());
 }
 
 TEST(CensusImport, TextDictionaryDecimalPromptAnsweredNoDropsTheLandAreaValueSet)
 {
-    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    TCSProDataImport importer(CensusText);
     {
         kxtest::ModalPresser presser({QMessageBox::No});
         importer.openFile();
@@ -862,7 +923,7 @@ TEST(CensusImport, TextDictionaryDecimalPromptAnsweredNoDropsTheLandAreaValueSet
 
 TEST(CensusImport, PresetYesToAllConvertsDecimalCodesWithoutPrompting)
 {
-    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    TCSProDataImport importer(CensusText);
     importer.setDecimalChoice(1, QMessageBox::YesToAll);
     kxtest::ModalPresser presser({QMessageBox::No});
     importer.openFile();
@@ -870,13 +931,13 @@ TEST(CensusImport, PresetYesToAllConvertsDecimalCodesWithoutPrompting)
     TGenericField *land = importer.fieldByName("LANDAREA");
     ASSERT_NE(land, nullptr);
     EXPECT_EQ(land->getValueLabels(), QStringLiteral("0 Under one hectare\t1 One hectare or more\t"
-                                                     "99 One hectare or more\t999 Not reported\t"));
+                                                     "999 One hectare or more\t"));
     EXPECT_EQ(importer.getDictionaryReader()->getDecimalMode(), 1);
 }
 
 TEST(CensusImport, PresetNoToAllDropsDecimalValueSetsWithoutPrompting)
 {
-    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    TCSProDataImport importer(CensusText);
     importer.setDecimalChoice(2, QMessageBox::NoToAll);
     kxtest::ModalPresser presser({QMessageBox::Yes});
     importer.openFile();
@@ -889,7 +950,7 @@ TEST(CensusImport, PresetNoToAllDropsDecimalValueSetsWithoutPrompting)
 
 TEST(CensusImport, DecimalChoiceEnumPresetsTheMatchingModeAndAnswer)
 {
-    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    TCSProDataImport importer(CensusText);
     importer.setDecimalChoice(TDecimalChoice::YesToAll);
     EXPECT_EQ(importer.getPresetDecimalMode(), 1);
     EXPECT_EQ(importer.getPresetDecimalAnswer(), int(QMessageBox::YesToAll));
@@ -902,7 +963,7 @@ TEST(CensusImport, DecimalChoiceEnumPresetsTheMatchingModeAndAnswer)
 
 TEST(CensusImport, DecimalChoiceNoToAllDropsDecimalValueSetsWithoutPrompting)
 {
-    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    TCSProDataImport importer(CensusText);
     importer.setDecimalChoice(TDecimalChoice::NoToAll);
     kxtest::ModalPresser presser({QMessageBox::Yes});
     importer.openFile();
@@ -914,20 +975,20 @@ TEST(CensusImport, DecimalChoiceNoToAllDropsDecimalValueSetsWithoutPrompting)
 
 TEST(CensusImport, JsonDictionaryGivesTheCensusSourceFields)
 {
-    TCSProJsonDataImport importer(kxtest::dataPath("census.json"));
+    TCSProJsonDataImport importer(CensusJson);
     importer.openFile();
     TKxDataProvider provider;
     ASSERT_TRUE(provider.genericGetFieldsFrom(&importer));
     // "CSPRO8" is not a type the provider or its source fields take over.
     EXPECT_EQ(provider.getDataProviderType(), QString());
     EXPECT_EQ(provider.getDataProviderTypeIndex(), 0);
-    EXPECT_EQ(provider.getDataProviderId(), QStringLiteral("CSPRO8_") + kxtest::dataPath("census.json"));
+    EXPECT_EQ(provider.getDataProviderId(), QStringLiteral("CSPRO8_") + CensusJson);
     expectSourceFields(provider, censusJsonFields(), QString());
 }
 
 TEST(CensusImport, JsonDictionaryRecordLayout)
 {
-    TCSProJsonDataImport importer(kxtest::dataPath("census.json"));
+    TCSProJsonDataImport importer(CensusJson);
     importer.openFile();
     TKxDataProvider provider;
     provider.genericGetFieldsFrom(&importer);
@@ -936,36 +997,26 @@ TEST(CensusImport, JsonDictionaryRecordLayout)
 
 TEST(CensusImport, JsonDictionaryFieldsCutTheirColumns)
 {
-    TCSProJsonDataImport importer(kxtest::dataPath("census.json"));
+    TCSProJsonDataImport importer(CensusJson);
     importer.openFile();
     TKxDataProvider provider;
     provider.genericGetFieldsFrom(&importer);
-    expectCuts(provider, {{"PROVINCE", "CD"},
-                          {"DISTRICT", "EF"},
-                          {"HHNUM", "GHIJ"},
-                          {"DWELLING", "K"},
-                          {"FACILITY_1", "L"},
-                          {"FACILITY_2", "M"},
-                          {"FACILITY_3", "N"},
-                          {"LANDAREA", "OPQRS"},
-                          {"WATER", "T"},
-                          {"LINE", "KL"},
-                          {"RELATION", "M"},
-                          {"SEX", "N"},
-                          {"AGE", "OPQ"},
-                          {"BIRTHDATE", "RSTUVW"},
-                          {"OCCUP", "XYZ"}});
+    QList<QPair<QString, QString>> cuts = censusCuts();
+    for (int k = 1; k <= 6; ++k)
+        cuts.append({QStringLiteral("ASSET_%1").arg(k), QString(Letters.at(18 + k))});
+    expectCuts(provider, cuts);
+    EXPECT_EQ(provider.getField("BIRTHYEAR"), nullptr);
 }
 
 TEST(CensusImport, CensusQuestionnaireCheckedAgainstTheDictionaryRecords)
 {
-    TCSProDataImport importer(kxtest::dataPath("census.dcf"));
+    TCSProDataImport importer(CensusText);
     {
         kxtest::ModalPresser presser({QMessageBox::Yes});
         importer.openFile();
     }
     TCSPro *dictionary = importer.getDictionaryReader();
-    ASSERT_EQ(dictionary->getRecordsCount(), 2);
+    ASSERT_EQ(dictionary->getRecordsCount(), 3);
     TKxRecord housing;
     housing.setName(dictionary->getRecord(0)->name);
     housing.setRecordInfo(dictionary->getRecord(0));
@@ -1011,7 +1062,7 @@ void expectNoteKinds(const TReadNotes &notes, const std::vector<ExpectedNote> &e
 template <class Importer>
 TReadNotes notesOfSample(const char *name)
 {
-    Importer importer(QStringLiteral(KX_SAMPLES_DIR "/") + QString::fromLatin1(name));
+    Importer importer(kxtest::samplePath(QString::fromLatin1(name)));
     importer.setDecimalChoice(TDecimalChoice::NoToAll);
     importer.openFile();
     return importer.getReadNotes();
@@ -1061,7 +1112,7 @@ TEST(SampleNotes, LabourNotesDictionaryShowsSeveralKinds)
 
 TEST(SampleNotes, NotesAreEmptiedWhenTheNextOpenFileStarts)
 {
-    TCSProDataImport importer(QStringLiteral(KX_SAMPLES_DIR "/labour-notes.dcf"));
+    TCSProDataImport importer(kxtest::samplePath(QStringLiteral("labour-notes.dcf")));
     importer.setDecimalChoice(TDecimalChoice::NoToAll);
     importer.openFile();
     EXPECT_EQ(importer.getReadNotes().size(), 5);

@@ -59,7 +59,7 @@ struct Expected
 TEST(CSProJson, FileNotStartingWithBraceLeavesDictionaryUntouched)
 {
     TCSProJson d;
-    d.loadFromFile(kxtest::dataPath(QStringLiteral("census.dcf")));
+    d.loadFromFile(kxtest::samplePath(QStringLiteral("census.dcf")));
     EXPECT_EQ(d.getItemsCount(), 0);
     EXPECT_EQ(d.getRecordsCount(), 0);
     EXPECT_EQ(d.version, QString());
@@ -98,8 +98,8 @@ TEST(CSProJson, LoadThroughTheBaseClassReadsJson)
 {
     TCSProJson json;
     TCSPro *d = &json;
-    d->loadFromFile(kxtest::dataPath(QStringLiteral("census.json")));
-    EXPECT_EQ(d->getItemsCount(), 15);
+    d->loadFromFile(kxtest::samplePath(QStringLiteral("census.json")));
+    EXPECT_EQ(d->getItemsCount(), 33);
 }
 
 // --------------------------------------------------------- dictionary level
@@ -471,57 +471,62 @@ TEST(CSProJson, LabelReaderTakesTheFirstLabelObjectOnly)
 
 // ------------------------------------------------------------ census, end to end
 
-TEST(CSProJson, CensusDictionaryReadEndToEnd)
-{
-    TCSProJson d;
-    kxtest::MessageCollector log;
-    d.loadFromFile(kxtest::dataPath(QStringLiteral("census.json")));
-    EXPECT_EQ(d.messageBox, nullptr);
+namespace {
 
-    EXPECT_EQ(d.name, QStringLiteral("CENSUS_DICT"));
-    EXPECT_EQ(d.version, QStringLiteral("8"));
-    EXPECT_EQ(d.label, QString());
+// samples/census.json: the same census story in the CSPro 8 JSON form.
+const QString CensusJsonPath = kxtest::samplePath(QStringLiteral("census.json"));
+
+void expectCensusJsonRecords(TCSProJson &d)
+{
+    EXPECT_EQ(d.name, QStringLiteral("CENSUS2023_DICT"));
+    EXPECT_EQ(d.version, QStringLiteral("8")); // the number 8.0 in the general format
+    EXPECT_EQ(d.label, QString());             // the dictionary's label is not read
     EXPECT_EQ(d.recordTypeStart, 1);
     EXPECT_EQ(d.recordTypeLen, 1);
     EXPECT_EQ(d.commonRecord->label, QStringLiteral("Common"));
-    EXPECT_TRUE(log.contains(QStringLiteral("Record \"HOUSING\" \"H\"")));
-    EXPECT_TRUE(log.contains(QStringLiteral("Record \"PERSON\" \"P\"")));
+    const struct
+    {
+        const char *name, *label, *value, *required;
+        int maxRecords;
+    } records[] = {{"HOUSING", "Housing record", "H", "YES", 1},
+                   {"PERSON", "Person record", "P", "NO", 30},
+                   {"DEATH", "Deaths in the last 12 months", "D", "NO", 10}};
+    ASSERT_EQ(d.getRecordsCount(), 3);
+    for (int i = 0; i < 3; ++i) {
+        TCSProRecord *r = d.getRecord(i);
+        EXPECT_EQ(r->name, QLatin1String(records[i].name));
+        EXPECT_EQ(r->label, QLatin1String(records[i].label));
+        EXPECT_EQ(r->recordTypeValue, QLatin1String(records[i].value));
+        EXPECT_EQ(r->required, QLatin1String(records[i].required));
+        EXPECT_EQ(r->maxRecords, records[i].maxRecords);
+        EXPECT_EQ(d.findRecordByValue(QLatin1String(records[i].value)), r);
+    }
+}
 
-    ASSERT_EQ(d.getRecordsCount(), 2);
-    TCSProRecord *housing = d.getRecord(0);
-    EXPECT_EQ(housing->name, QStringLiteral("HOUSING"));
-    EXPECT_EQ(housing->label, QStringLiteral("Housing record"));
-    EXPECT_EQ(housing->recordTypeValue, QStringLiteral("H"));
-    EXPECT_EQ(housing->required, QStringLiteral("YES"));
-    EXPECT_EQ(housing->maxRecords, 1);
-    TCSProRecord *person = d.getRecord(1);
-    EXPECT_EQ(person->name, QStringLiteral("PERSON"));
-    EXPECT_EQ(person->label, QStringLiteral("Person record"));
-    EXPECT_EQ(person->recordTypeValue, QStringLiteral("P"));
-    EXPECT_EQ(person->required, QStringLiteral("NO"));
-    EXPECT_EQ(person->maxRecords, 30);
-    EXPECT_EQ(d.findRecordByValue(QStringLiteral("H")), housing);
-    EXPECT_EQ(d.findRecordByValue(QStringLiteral("P")), person);
-
-    // The subitems of BIRTHDATE are not read.
+void expectCensusJsonItems(TCSProJson &d)
+{
+    // Every item takes the dictionary's default zeroFill, true, as none says otherwise; only LANDAREA
+    // has "decimalMark". BIRTHDATE's subitems are not read; ASSET's copies get the index 9.
     const Expected expected[] = {
-        {"PROVINCE", 2, 2, 0, false, true, 0, "Common"},
-        {"DISTRICT", 4, 2, 0, false, true, 0, "Common"},
-        {"HHNUM", 6, 4, 0, false, true, 0, "Common"},
-        {"DWELLING", 10, 1, 0, false, false, 0, "HOUSING"},
-        {"FACILITY_1", 11, 1, 0, false, false, 4, "HOUSING"},
-        {"FACILITY_2", 12, 1, 0, false, false, 4, "HOUSING"},
-        {"FACILITY_3", 13, 1, 0, false, false, 4, "HOUSING"},
-        {"LANDAREA", 14, 5, 0, true, false, 0, "HOUSING"},
-        {"WATER", 19, 1, 1, false, false, 0, "HOUSING"},
-        {"LINE", 10, 2, 0, false, false, 0, "PERSON"},
-        {"RELATION", 12, 1, 0, false, false, 0, "PERSON"},
-        {"SEX", 13, 1, 0, false, false, 0, "PERSON"},
-        {"AGE", 14, 3, 0, false, false, 0, "PERSON"},
-        {"BIRTHDATE", 17, 6, 0, false, false, 0, "PERSON"},
-        {"OCCUP", 23, 4, 1, false, false, 0, "PERSON"},
+        {"PROVINCE", 2, 2, 0, false, true, 0, "Common"}, {"DISTRICT", 4, 2, 0, false, true, 0, "Common"},
+        {"URBRUR", 6, 1, 0, false, true, 0, "Common"},   {"EA", 7, 3, 0, false, true, 0, "Common"},
+        {"HHNUM", 10, 3, 0, false, true, 0, "Common"},   {"DWELLING", 13, 1, 0, false, true, 0, "HOUSING"},
+        {"ROOMS", 14, 2, 0, false, true, 0, "HOUSING"},  {"WALLS", 16, 1, 1, false, true, 0, "HOUSING"},
+        {"WATER", 17, 2, 0, false, true, 0, "HOUSING"},  {"ASSET_1", 19, 1, 0, false, true, 9, "HOUSING"},
+        {"ASSET_2", 20, 1, 0, false, true, 9, "HOUSING"}, {"ASSET_3", 21, 1, 0, false, true, 9, "HOUSING"},
+        {"ASSET_4", 22, 1, 0, false, true, 9, "HOUSING"}, {"ASSET_5", 23, 1, 0, false, true, 9, "HOUSING"},
+        {"ASSET_6", 24, 1, 0, false, true, 9, "HOUSING"}, {"LANDAREA", 25, 5, 0, true, true, 0, "HOUSING"},
+        {"RENT", 30, 7, 0, false, true, 0, "HOUSING"},   {"HHSIZE", 37, 2, 0, false, true, 0, "HOUSING"},
+        {"ADDRESS", 39, 30, 1, false, true, 0, "HOUSING"}, {"PLINE", 13, 2, 0, false, true, 0, "PERSON"},
+        {"RELATION", 15, 1, 0, false, true, 0, "PERSON"}, {"SEX", 16, 1, 0, false, true, 0, "PERSON"},
+        {"AGE", 17, 3, 0, false, true, 0, "PERSON"},     {"BIRTHDATE", 20, 6, 0, false, true, 0, "PERSON"},
+        {"MARITAL", 26, 1, 0, false, true, 0, "PERSON"}, {"SCHOOL", 27, 1, 0, false, true, 0, "PERSON"},
+        {"OCCUP", 28, 4, 1, false, true, 0, "PERSON"},   {"INCOME", 32, 8, 0, false, true, 0, "PERSON"},
+        {"CHILDREN", 40, 2, 0, false, true, 0, "PERSON"}, {"DLINE", 13, 2, 0, false, true, 0, "DEATH"},
+        {"DSEX", 15, 1, 0, false, true, 0, "DEATH"},     {"DAGE", 16, 3, 0, false, true, 0, "DEATH"},
+        {"DCAUSE", 19, 1, 0, false, true, 0, "DEATH"},
     };
-    ASSERT_EQ(d.getItemsCount(), 15);
+    ASSERT_EQ(d.getItemsCount(), int(std::size(expected)));
     for (int i = 0; i < d.getItemsCount(); ++i) {
         SCOPED_TRACE(i);
         TCSProItem *it = d.getItem(i);
@@ -540,26 +545,61 @@ TEST(CSProJson, CensusDictionaryReadEndToEnd)
         EXPECT_EQ(it->record->name, QString::fromLatin1(e.record));
     }
     EXPECT_EQ(d.getItem(0)->label, QStringLiteral("Province"));
-    EXPECT_EQ(d.getItem(5)->label, QStringLiteral("Facility available"));
+    EXPECT_EQ(d.getItem(9)->label, QStringLiteral("Household owns the item"));
+}
 
-    EXPECT_EQ(entriesOf(d.getItem(0)), (QStringList{"1=North", "2=South", "3=East", "4=West"}));
+// Entries in file order, a range as one code "low:high", special values as ordinary entries.
+void expectCensusJsonValueSets(TCSProJson &d)
+{
+    const QStringList yesNo = {"1=Yes", "2=No"};
+    const QStringList ages = {"0:97=Years", "98=98 years or more", "999=Not reported"};
+    const QStringList sexes = {"1=Male", "2=Female"};
+    const QMap<int, QStringList> entries = {
+        {0, {"1=North", "2=South", "3=East", "4=West", "5=Capital district"}},
+        {2, {"1=Urban", "2=Rural"}},
+        {5, {"1=Detached house", "2=Semi-detached house", "3=Apartment or flat", "4=Traditional dwelling",
+             "5=Improvised housing unit", "9=Not reported"}},
+        {6, {"1:20=Rooms", "99=Not reported"}},
+        {7, {"A=Brick or concrete blocks", "B=Wood or timber", "C=Mud or earth", "X=Other material"}},
+        {8, {"11=Piped into dwelling", "12=Piped into yard or plot", "21=Public tap or standpipe", "31=Protected well",
+             "32=Unprotected well", "41=River, lake or pond", "96=Other source"}},
+        {9, yesNo}, {10, yesNo}, {11, yesNo}, {12, yesNo}, {13, yesNo}, {14, yesNo},
+        {15, {"0.5=Under one hectare", "1:999=One hectare or more"}},
+        {19, {"1:30=Line"}},
+        {20, {"1=Head", "2=Spouse or partner", "3=Son or daughter", "4=Parent", "5=Other relative", "6=Non-relative",
+              "9=Not reported"}},
+        {21, sexes},
+        {22, ages},
+        {24, {"1=Never married", "2=Married", "3=Consensual union", "4=Separated or divorced", "5=Widowed",
+              "9=Not reported"}},
+        {25, {"1=Attending", "2=Attended in the past", "3=Never attended", "8=Not applicable", "9=Not reported"}},
+        {26, {"1120=Managing directors and chief executives", "2341=Primary school teachers",
+              "6111=Field crop and vegetable growers", "7115=Carpenters and joiners", "9999=Not stated"}},
+        {28, {"0:30=Children", "98=Not applicable", "99=Not reported"}},
+        {30, sexes},
+        {31, ages},
+        {32, {"1=Illness", "2=Accident", "3=Violence", "4=Pregnancy or childbirth", "9=Not known"}},
+    };
+    for (int i = 0; i < d.getItemsCount(); ++i)
+        EXPECT_EQ(entriesOf(d.getItem(i)), entries.value(i)) << i;
     EXPECT_EQ(d.getItem(0)->getValueSet(0)->name, QStringLiteral("PROVINCE_VS1"));
     EXPECT_EQ(d.getItem(0)->getValueSet(0)->label, QStringLiteral("Province"));
-    EXPECT_FALSE(d.getItem(1)->getHasValueSet());
-    EXPECT_FALSE(d.getItem(2)->getHasValueSet());
-    EXPECT_EQ(entriesOf(d.getItem(3)),
-              (QStringList{"1=Detached house", "2=Apartment", "3=Traditional hut", "9=Not reported"}));
-    for (int i = 4; i <= 6; ++i)
-        EXPECT_EQ(entriesOf(d.getItem(i)), (QStringList{"2=No", "1=Yes"}));
-    EXPECT_EQ(entriesOf(d.getItem(7)),
-              (QStringList{"0.5=Under one hectare", "1:99=One hectare or more", "999=Not reported"}));
-    EXPECT_EQ(entriesOf(d.getItem(8)), (QStringList{"A=Piped into dwelling", "B:D=Well or spring", "X=Other source"}));
-    EXPECT_FALSE(d.getItem(9)->getHasValueSet());
-    EXPECT_EQ(entriesOf(d.getItem(10)), (QStringList{"1=Head", "2=Spouse", "3=Child", "4:8=Other relative"}));
-    EXPECT_EQ(entriesOf(d.getItem(11)), (QStringList{"1=Male", "2=Female"}));
-    EXPECT_EQ(entriesOf(d.getItem(12)), (QStringList{"0:98=", "999=Not reported", "998=Not applicable"}));
-    EXPECT_FALSE(d.getItem(13)->getHasValueSet());
-    EXPECT_FALSE(d.getItem(14)->getHasValueSet());
+    EXPECT_EQ(d.getItem(30)->getValueSet(0)->label, QStringLiteral("Sex"));
+}
+
+} // namespace
+
+TEST(CSProJson, CensusDictionaryReadEndToEnd)
+{
+    TCSProJson d;
+    kxtest::MessageCollector log;
+    d.loadFromFile(CensusJsonPath);
+    EXPECT_EQ(d.messageBox, nullptr); // the decimal code 0.5 asks nothing
+    for (const char *line : {"Record \"HOUSING\" \"H\"", "Record \"PERSON\" \"P\"", "Record \"DEATH\" \"D\""})
+        EXPECT_TRUE(log.contains(QLatin1String(line))) << line;
+    expectCensusJsonRecords(d);
+    expectCensusJsonItems(d);
+    expectCensusJsonValueSets(d);
 }
 
 // ----------------------------------------------------------------- robustness
@@ -567,7 +607,7 @@ TEST(CSProJson, CensusDictionaryReadEndToEnd)
 namespace {
 QByteArray censusJson()
 {
-    QFile f(kxtest::dataPath(QStringLiteral("census.json")));
+    QFile f(CensusJsonPath);
     EXPECT_TRUE(f.open(QIODevice::ReadOnly));
     return f.readAll();
 }

@@ -42,17 +42,7 @@ const QString Program = QStringLiteral(KX_INSPECT_PROGRAM);
 const QString Program;
 #endif
 
-#ifdef KX_SAMPLES_DIR
-QString samplePath(const QString &name)
-{
-    return QDir(QStringLiteral(KX_SAMPLES_DIR)).absoluteFilePath(name);
-}
-#else
-QString samplePath(const QString &name)
-{
-    return name;
-}
-#endif
+using kxtest::samplePath;
 
 // No display: the program must never wait for a dialog.
 Outcome runInspector(const QStringList &args, const QString &workDir = QString(),

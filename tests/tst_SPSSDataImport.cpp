@@ -627,7 +627,7 @@ TEST(SpssMetadata, ReopeningForgetsTheEarlierFile)
 // samples/census.sav: 12 rows of 15 variables, header "21 Nov 26" "09:13:27".
 TEST(SpssMetadata, CensusSample)
 {
-    TSPSSDataImport importer(QStringLiteral(KX_SAMPLES_DIR "/census.sav"));
+    TSPSSDataImport importer(kxtest::samplePath(QStringLiteral("census.sav")));
     importer.openFile();
     EXPECT_EQ(importer.getFieldCount(), 15);
     EXPECT_EQ(importer.getRowCount(), 12);
@@ -877,7 +877,7 @@ TEST(SpssNotes, SampleFileGivesOneNotePerLoss)
 // samples/census.sav: the name of person is A24, income and weight have decimals.
 TEST(SpssNotes, CensusSample)
 {
-    TSPSSDataImport importer(QStringLiteral(KX_SAMPLES_DIR "/census.sav"));
+    TSPSSDataImport importer(kxtest::samplePath(QStringLiteral("census.sav")));
     importer.openFile();
     expectNotes(importer.getReadNotes(),
                 {fileNote("income", "decimals-not-read",

@@ -465,7 +465,7 @@ TEST(StataMetadata, UnreadableFileSaysNothing)
 // samples/census.dta: format 118, 12 rows of 16 variables, timestamp "21 Nov 2026 09:13".
 TEST(StataMetadata, CensusSample)
 {
-    TSTATADataImport importer(QStringLiteral(KX_SAMPLES_DIR "/census.dta"));
+    TSTATADataImport importer(kxtest::samplePath(QStringLiteral("census.dta")));
     importer.openFile();
     EXPECT_EQ(importer.getFieldCount(), 16);
     EXPECT_EQ(importer.getRowCount(), 12);
@@ -661,7 +661,7 @@ TEST_F(StataSample, NotesNameEachLoss)
 // samples/census.dta: only income has decimals in its format.
 TEST(StataNotes, CensusSample)
 {
-    TSTATADataImport importer(QStringLiteral(KX_SAMPLES_DIR "/census.dta"));
+    TSTATADataImport importer(kxtest::samplePath(QStringLiteral("census.dta")));
     importer.openFile();
     expectNotes(importer.getReadNotes(),
                 {fileNote("income", "decimals-not-read",

@@ -88,6 +88,11 @@ QString dataPath(const QString &name)
     return QDir(QStringLiteral(KX_TEST_DATA_DIR)).filePath(name);
 }
 
+QString samplePath(const QString &name)
+{
+    return QDir(QStringLiteral(KX_SAMPLES_DIR)).filePath(name);
+}
+
 namespace {
 
 bool openableForReading(const QString &path)

@@ -60,6 +60,8 @@ private:
 
 //! Path of a fixture under tests/data.
 QString dataPath(const QString &name);
+//! Path of a bundled sample under samples/ (the census story and its lookup).
+QString samplePath(const QString &name);
 //! Writes \a bytes to \a name inside \a dir and returns the path.
 QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes);
 /*! A path that exists, is no folder and cannot be opened for reading: a file
