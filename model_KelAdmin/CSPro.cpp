@@ -1,4 +1,5 @@
 #include "CSPro.h"
+#include "KxText_p.h"
 
 #include "KxConstants.h"
 #include "KxErrorManager.h"
@@ -305,7 +306,7 @@ int TCSPro::processLineToInt(QStringList section, QString command, int def)
     // A missing command, a line with a second "=" and a value that is not a
     // base-10 int all give the default.
     bool ok = false;
-    const int value = readCommand(section, command, QString(), &def).toInt(&ok, 10);
+    const int value = kxtext::toInt(readCommand(section, command, QString(), &def), &ok);
     return ok ? value : def;
 }
 
@@ -313,7 +314,7 @@ QString TCSPro::readCommand(const QStringList &section, const QString &command, 
                             const int *intDefault)
 {
     for (const QString &line : section) {
-        if (!line.contains(command))
+        if (!kxtext::contains(line, command))
             continue;
         // Only the first line containing the command counts, and only when
         // it splits at "=" into exactly two parts.
@@ -520,8 +521,8 @@ QString TCSPro::readValueLines(const QStringList &section, TCSProValueSet *value
         pending = nullptr;
     };
 
-    for (const QString &raw : section) {
-        const QString line = raw.trimmed();
+    // The section's lines are trimmed already.
+    for (const QString &line : section) {
         if (isValueLine(line)) {
             closePending();
             pending = readValueLine(line, valueSet);
@@ -539,14 +540,15 @@ TValueSetItem *TCSPro::readValueLine(const QString &line, TCSProValueSet *valueS
 {
     auto *pending = new TValueSetItem;
     pending->special = false;
-    QString rest = line.mid(6);
+    // Views into the line: only the code and the label become strings.
+    QStringRef rest = line.midRef(6);
     int semicolon = rest.indexOf(SEMICOLONCHR);
     const int colon = rest.indexOf(COLONCHR);
     if (colon > 0 && (semicolon < 0 || colon < semicolon)) {
         // A range: its low bound becomes an entry of its own, with the
         // label of the line; the pending entry keeps the high bound.
-        const QString lowLabel = semicolon >= 0 ? rest.mid(semicolon + 1) : QString();
-        const QString low = rest.left(colon);
+        const QString lowLabel = semicolon >= 0 ? rest.mid(semicolon + 1).toString() : QString();
+        const QString low = rest.left(colon).toString();
         const QStringList pieces = low.contains(SPACECHR) ? low.split(SPACECHR, Qt::SkipEmptyParts)
                                                           : QStringList{low};
         for (const QString &piece : pieces) {
@@ -558,8 +560,8 @@ TValueSetItem *TCSPro::readValueLine(const QString &line, TCSProValueSet *valueS
         rest = rest.mid(colon + 1);
         semicolon = rest.indexOf(SEMICOLONCHR);
     }
-    pending->code = semicolon >= 0 ? rest.left(semicolon) : rest;
-    pending->name = semicolon >= 0 ? rest.mid(semicolon + 1) : QString();
+    pending->code = (semicolon >= 0 ? rest.left(semicolon) : rest).toString();
+    pending->name = semicolon >= 0 ? rest.mid(semicolon + 1).toString() : QString();
     // Only the opening apostrophe is removed; a closing one stays.
     if (pending->code.startsWith(QLatin1Char('\'')))
         pending->code.remove(0, 1);

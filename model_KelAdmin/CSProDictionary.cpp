@@ -1,4 +1,5 @@
 #include "CSProDictionary.h"
+#include "KxText_p.h"
 
 #include "KxConstants.h"
 #include "KxErrorManager.h"
@@ -111,7 +112,7 @@ namespace {
 bool isBase10Int(const QString &code)
 {
     bool ok = false;
-    code.toInt(&ok, 10);
+    kxtext::toInt(code, &ok);
     return ok;
 }
 
@@ -141,7 +142,7 @@ void TCSProValueSet::sortItems()
             bool ordering = true;
             for (TValueSetItem *e : qAsConst(*items)) {
                 bool ok = false;
-                const int code = e ? e->code.toInt(&ok, 10) : 0;
+                const int code = e ? kxtext::toInt(e->code, &ok) : 0;
                 ordering = ordering && ok;
                 keyed.append(qMakePair(code, e));
             }

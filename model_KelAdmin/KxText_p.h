@@ -1,0 +1,46 @@
+#ifndef KXTEXT_P_H
+#define KXTEXT_P_H
+
+// Text helpers of the dictionary readers, where the Qt calls they stand for
+// cost more than the reading itself. Each answers exactly as the Qt call named.
+
+#include <QString>
+
+#include <algorithm>
+
+namespace kxtext {
+
+/*! QString::toInt(ok, 10). The usual codes of a dictionary, an optional minus
+ * and one to nine ASCII digits, are converted here; anything else goes to Qt. */
+inline int toInt(const QString &text, bool *ok)
+{
+    const QChar *p = text.constData();
+    const int size = text.size();
+    const bool negative = size > 1 && p[0] == QLatin1Char('-');
+    const int digits = negative ? size - 1 : size;
+    if (digits < 1 || digits > 9)
+        return text.toInt(ok, 10);
+    int value = 0;
+    for (int i = negative ? 1 : 0; i < size; ++i) {
+        const ushort c = p[i].unicode();
+        if (c < '0' || c > '9')
+            return text.toInt(ok, 10);
+        value = value * 10 + (c - '0');
+    }
+    *ok = true;
+    return negative ? -value : value;
+}
+
+/*! QString::contains(needle), case-sensitive: a plain search, which for the
+ * short command words costs less than the set-up of Qt's. */
+inline bool contains(const QString &haystack, const QString &needle)
+{
+    const QChar *begin = haystack.constData();
+    const QChar *end = begin + haystack.size();
+    return std::search(begin, end, needle.constData(), needle.constData() + needle.size()) != end
+        || needle.isEmpty();
+}
+
+} // namespace kxtext
+
+#endif // KXTEXT_P_H

@@ -1,0 +1,32 @@
+// The readers' text helpers answer exactly as the Qt calls they stand for.
+#include "KxText_p.h"
+
+#include <gtest/gtest.h>
+
+#include <QStringList>
+
+TEST(KxText, ToIntAnswersAsQStringToInt)
+{
+    const QStringList texts = {"0", "7", "-0", "007", "-12", "123456789", "-123456789", "999999999", "1234567890",
+                               "2147483647", "2147483648", "-2147483648", "-2147483649", "99999999999", "+5", " 5",
+                               "5 ", "", "-", "--1", "1a", "a1", "1.5", "1:20", "A'", QStringLiteral("\u0661\u0662"),
+                               QStringLiteral("\uff11"), "0x10", "1e3"};
+    for (const QString &text : texts) {
+        bool expectedOk = false;
+        const int expected = text.toInt(&expectedOk, 10);
+        bool ok = !expectedOk;
+        EXPECT_EQ(kxtext::toInt(text, &ok), expected) << text.toStdString();
+        EXPECT_EQ(ok, expectedOk) << text.toStdString();
+    }
+}
+
+TEST(KxText, ContainsAnswersAsQStringContains)
+{
+    const QStringList haystacks = {"Len=3", "Label=Length of stay", "", "L", "DecimalChar=Yes", "xxLenxx", "Le"};
+    const QStringList needles = {"Len", "Decimal", "", "L", "Length of stay", "e"};
+    for (const QString &haystack : haystacks) {
+        for (const QString &needle : needles)
+            EXPECT_EQ(kxtext::contains(haystack, needle), haystack.contains(needle))
+                << haystack.toStdString() << " / " << needle.toStdString();
+    }
+}
