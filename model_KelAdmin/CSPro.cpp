@@ -48,7 +48,7 @@ QString answerText(int answer)
 
 bool isValueLine(const QString &line)
 {
-    return line.startsWith(QLatin1String("VALUE="), Qt::CaseInsensitive);
+    return kxtext::startsWithNoCase(line, QLatin1String("VALUE="));
 }
 
 // Clears the lines the notes refer to when a load ends, also by an exception.
@@ -283,16 +283,16 @@ QStringList *TCSPro::getSection(QStringList *lines, int &index)
     auto *section = new QStringList;
     noteSectionHeader = index;
     noteCursor = index + 1;
-    int i = index + 1;
-    for (; i < lines->size(); ++i) {
-        const QString &raw = lines->at(i);
-        if (raw.startsWith(QLatin1Char('[')))
-            break;
-        const QString line = raw.trimmed();
+    int end = index + 1;
+    while (end < lines->size() && !lines->at(end).startsWith(QLatin1Char('[')))
+        ++end;
+    section->reserve(end - index - 1);
+    for (int i = index + 1; i < end; ++i) {
+        const QString line = lines->at(i).trimmed();
         if (!line.isEmpty())
             section->append(line);
     }
-    index = i - 1;
+    index = end - 1;
     return section;
 }
 
@@ -526,9 +526,9 @@ QString TCSPro::readValueLines(const QStringList &section, TCSProValueSet *value
         if (isValueLine(line)) {
             closePending();
             pending = readValueLine(line, valueSet);
-        } else if (pending && line.startsWith(QLatin1String("NAME="), Qt::CaseInsensitive)) {
+        } else if (pending && kxtext::startsWithNoCase(line, QLatin1String("NAME="))) {
             readSpecialValue(line, pending, valueSet);
-        } else if (line.startsWith(QLatin1String("LINK="), Qt::CaseInsensitive)) {
+        } else if (kxtext::startsWithNoCase(line, QLatin1String("LINK="))) {
             linkLine = line;
         }
     }
@@ -542,8 +542,8 @@ TValueSetItem *TCSPro::readValueLine(const QString &line, TCSProValueSet *valueS
     pending->special = false;
     // Views into the line: only the code and the label become strings.
     QStringRef rest = line.midRef(6);
-    int semicolon = rest.indexOf(SEMICOLONCHR);
-    const int colon = rest.indexOf(COLONCHR);
+    int semicolon = rest.indexOf(QLatin1Char(';'));
+    const int colon = rest.indexOf(QLatin1Char(':'));
     if (colon > 0 && (semicolon < 0 || colon < semicolon)) {
         // A range: its low bound becomes an entry of its own, with the
         // label of the line; the pending entry keeps the high bound.
@@ -558,7 +558,7 @@ TValueSetItem *TCSPro::readValueLine(const QString &line, TCSProValueSet *valueS
             valueSet->addItem(entry);
         }
         rest = rest.mid(colon + 1);
-        semicolon = rest.indexOf(SEMICOLONCHR);
+        semicolon = rest.indexOf(QLatin1Char(';'));
     }
     pending->code = (semicolon >= 0 ? rest.left(semicolon) : rest).toString();
     pending->name = semicolon >= 0 ? rest.mid(semicolon + 1).toString() : QString();

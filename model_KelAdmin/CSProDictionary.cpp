@@ -220,8 +220,13 @@ void TCSProValueSet::itemsAsInteger()
 
 // --------------------------------------------------------------- TValueSetItem
 
+namespace {
+// Every entry starts with this code; sharing one string spares an allocation per entry.
+const QString InitialCode{QChar(3)};
+} // namespace
+
 TValueSetItem::TValueSetItem()
-    : code(QChar(3))
+    : code(InitialCode)
 {
 }
 

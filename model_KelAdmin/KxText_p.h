@@ -41,6 +41,26 @@ inline bool contains(const QString &haystack, const QString &needle)
         || needle.isEmpty();
 }
 
+/*! QString::startsWith(prefix, Qt::CaseInsensitive) for an upper-case ASCII
+ * \a prefix: compared here while the text's first characters are ASCII,
+ * where folding case is plain; Qt's full case folding decides otherwise. */
+inline bool startsWithNoCase(const QString &text, QLatin1String prefix)
+{
+    if (text.size() < prefix.size())
+        return false;
+    const QChar *p = text.constData();
+    for (int i = 0; i < prefix.size(); ++i) {
+        ushort c = p[i].unicode();
+        if (c >= 0x80)
+            return text.startsWith(prefix, Qt::CaseInsensitive);
+        if (c >= 'a' && c <= 'z')
+            c = ushort(c - 'a' + 'A');
+        if (c != ushort(uchar(prefix.data()[i])))
+            return false;
+    }
+    return true;
+}
+
 } // namespace kxtext
 
 #endif // KXTEXT_P_H

@@ -30,3 +30,16 @@ TEST(KxText, ContainsAnswersAsQStringContains)
                 << haystack.toStdString() << " / " << needle.toStdString();
     }
 }
+
+TEST(KxText, StartsWithNoCaseAnswersAsQStringStartsWithCaseInsensitive)
+{
+    const QStringList texts = {"Value=1;One", "VALUE=1", "value=", "VALUE", "Valu=", "", "Name=MISSING,Special",
+                               "name=x", "NAME", "Link=3", QStringLiteral("LIN\u212A=3"), QStringLiteral("\u00e9VALUE="),
+                               QStringLiteral("VAL\u00dcE="), " Value=1"};
+    for (const char *prefix : {"VALUE=", "NAME=", "LINK="}) {
+        for (const QString &text : texts)
+            EXPECT_EQ(kxtext::startsWithNoCase(text, QLatin1String(prefix)),
+                      text.startsWith(QLatin1String(prefix), Qt::CaseInsensitive))
+                << text.toStdString() << " / " << prefix;
+    }
+}
