@@ -4,10 +4,11 @@
 #include "KxConstants.h"
 #include "KxErrorManager.h"
 
+#include "KxWidgets_p.h"
 #include "ReadNote.h"
+#include "KxTrace_p.h"
 
-#include <QApplication>
-#include <QDebug>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QFile>
 #include <QSet>
@@ -71,36 +72,6 @@ void discardValueSet(TCSProValueSet *valueSet)
     delete valueSet;
 }
 
-// QMessageBox fixes its own size to its contents whenever it is shown or
-// laid out again; this box puts the prompt's minimum size back afterwards.
-class PromptBox : public QMessageBox
-{
-public:
-    static constexpr int MinWidth = 300;
-    static constexpr int MinHeight = 200;
-
-protected:
-    void showEvent(QShowEvent *event) override
-    {
-        QMessageBox::showEvent(event);
-        keepMinimumSize();
-    }
-    bool event(QEvent *event) override
-    {
-        const bool result = QMessageBox::event(event);
-        if (event->type() == QEvent::LayoutRequest)
-            keepMinimumSize();
-        return result;
-    }
-
-private:
-    void keepMinimumSize()
-    {
-        setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-        setMinimumSize(MinWidth, MinHeight);
-    }
-};
-
 TCSProRecord *newCommonRecord()
 {
     auto *record = new TCSProRecord;
@@ -124,7 +95,8 @@ TCSPro::~TCSPro()
 {
     // Records, items and value sets stay alive: importers keep pointers to
     // them. Only the dialog and the list containers go.
-    delete messageBox;
+    if (messageBox)
+        kxwidgets::api()->deleteBox(messageBox);
     delete records;
     delete recordsByValue;
     delete items;
@@ -877,7 +849,7 @@ void TCSPro::noteLimit(int line, const QString &subject, const QString &text)
 void TCSPro::processOtherRanges(TCSProValueSet *valueSet, TValueSetItem *item)
 {
     // A fixed debug line: the front end relies on it.
-    qDebug() << "PROCESAR OTROS RANGOS";
+    KX_TRACE() << "PROCESAR OTROS RANGOS";
     QString text = item->code;
     const int n = text.length();
     for (int p = 0; p < n; ++p) {
@@ -911,9 +883,9 @@ QMessageBox *TCSPro::getMessageBox()
 {
     if (!messageBox) {
         // Widgets need a QApplication; without one no dialog can be shown.
-        if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
+        if (!kxwidgets::guiApplicationRunning() || !kxwidgets::api())
             return nullptr;
-        messageBox = new PromptBox;
+        messageBox = kxwidgets::api()->newPromptBox();
     }
     return messageBox;
 }
@@ -924,15 +896,7 @@ int TCSPro::execMessageBox(const QString &text, const QString &informative, cons
     QMessageBox *box = getMessageBox();
     if (!box)
         return QMessageBox::NoButton; // headless: the caller treats it as No
-    box->setTextFormat(Qt::RichText);
-    box->setMinimumSize(PromptBox::MinWidth, PromptBox::MinHeight);
-    box->setText(text);
-    box->setInformativeText(informative);
-    box->setIcon(icon);
-    box->setWindowTitle(title);
-    box->setStandardButtons(QMessageBox::Yes | QMessageBox::YesToAll | QMessageBox::No | QMessageBox::NoToAll);
-    box->setDefaultButton(QMessageBox::No);
-    return box->exec();
+    return kxwidgets::api()->execPrompt(box, text, informative, title, icon);
 }
 
 int TCSPro::showMessageBox(QString text, QString informative, QString title, QMessageBox::Icon icon)

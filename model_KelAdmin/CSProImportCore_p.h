@@ -8,7 +8,7 @@
 #include "CSProImportCore.h"
 #include "KxConstants.h"
 
-#include <QDebug>
+#include "KxTrace_p.h"
 #include <QMessageBox>
 
 #include <algorithm>
@@ -141,7 +141,7 @@ TCSProImportCore<Reader, Variable>::TCSProImportCore(QString sourceName)
     , groups(new QStringList)
 {
     // A fixed debug line: the front end relies on it.
-    qDebug().noquote() << CSProImportTraits<Reader>::debugName() + QStringLiteral(" Constructor");
+    KX_TRACE().noquote() << CSProImportTraits<Reader>::debugName() + QStringLiteral(" Constructor");
     initDataImport();
 }
 
@@ -176,7 +176,7 @@ template <class Reader, class Variable>
 QStringList *TCSProImportCore<Reader, Variable>::selectLayoutSource()
 {
     // A fixed debug line: the front end relies on it.
-    qDebug().noquote() << CSProImportTraits<Reader>::debugName() + QStringLiteral(" - selectLayoutSource");
+    KX_TRACE().noquote() << CSProImportTraits<Reader>::debugName() + QStringLiteral(" - selectLayoutSource");
     return TDataImport::selectLayoutSource();
 }
 

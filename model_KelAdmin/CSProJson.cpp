@@ -1,8 +1,8 @@
 #include "CSProJson.h"
 
 #include "KxConstants.h"
+#include "KxTrace_p.h"
 
-#include <QDebug>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -177,7 +177,7 @@ void TCSProJson::readRecord(const QJsonObject &jsonRecord, const ItemDefaults &d
     record->label = readLabel(jsonRecord);
     record->recordTypeValue = jsonRecord.value(QStringLiteral("recordType")).toString();
     // The front end relies on this debug line.
-    qDebug() << "Record" << record->name << record->recordTypeValue;
+    KX_TRACE() << "Record" << record->name << record->recordTypeValue;
 
     const QJsonValue occurrences = jsonRecord.value(QStringLiteral("occurrences"));
     if (occurrences.isObject()) {

@@ -2,8 +2,8 @@
 
 #include "GenericField.h"
 #include "KxSourceField.h"
+#include "KxTrace_p.h"
 
-#include <QDebug>
 #include <QDir>
 #include <QFileInfo>
 
@@ -34,7 +34,7 @@ void TDataImport::getDictionary(QList<TKxSourceField *> *, QStringList *)
 QStringList *TDataImport::selectLayoutSource()
 {
     // A fixed debug line: the front end relies on it.
-    qDebug() << "DataImport - selectLayoutSource";
+    KX_TRACE() << "DataImport - selectLayoutSource";
     auto *names = new QStringList;
     openFile();
     for (TGenericField *field : qAsConst(*fields))
@@ -185,10 +185,10 @@ void TDataImport::getDictionary(QList<TKxSourceField *> *out)
         sourceField->setGroup(field->getGroup());
 
         // Fixed debug lines, to the blank lines below: the front end relies on them.
-        qDebug() << "getDictionary FIELDS";
-        qDebug() << "mySF->fieldName" << sourceField->getFieldName();
-        qDebug() << "mySF->FieldType" << sourceField->getFieldType();
-        qDebug() << "mySF->DataProviderType" << sourceField->getDataProviderType();
+        KX_TRACE() << "getDictionary FIELDS";
+        KX_TRACE() << "mySF->fieldName" << sourceField->getFieldName();
+        KX_TRACE() << "mySF->FieldType" << sourceField->getFieldType();
+        KX_TRACE() << "mySF->DataProviderType" << sourceField->getDataProviderType();
 
         sourceField->setValueLabels(field->getValueLabels());
         sourceField->setMinimum(field->getMinimum());
@@ -196,7 +196,7 @@ void TDataImport::getDictionary(QList<TKxSourceField *> *out)
         sourceField->setNotApplicableCode(field->getNotApplicableCode());
         sourceField->setMissingCode(field->getMissingCode());
 
-        qDebug() << "\n\n\n";
+        KX_TRACE() << "\n\n\n";
         out->append(sourceField);
     }
 }

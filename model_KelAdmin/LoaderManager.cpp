@@ -2,8 +2,8 @@
 
 #include "KxConstants.h"
 #include "KxErrorManager.h"
+#include "KxTrace_p.h"
 
-#include <QDebug>
 
 TLoaderManager *_pLoaderManager = nullptr;
 
@@ -51,14 +51,14 @@ bool IsTypeRegister(QString type)
 TDataImport *GetDataClassLoader(QString type)
 {
     // The numbered debug lines are fixed: the front end relies on them.
-    qDebug() << "GetDataClassLoader - In";
+    KX_TRACE() << "GetDataClassLoader - In";
     _pLoaderManager = new TLoaderManager;
     const int index = _pLoaderManager->getTypeNames()->indexOf(type);
-    qDebug() << "GetDataClassLoader - 2" << index;
+    KX_TRACE() << "GetDataClassLoader - 2" << index;
     if (index == -1) {
-        qDebug() << "GetDataClassLoader - 4";
+        KX_TRACE() << "GetDataClassLoader - 4";
         throw new KxErrorManager(EM_DataImport, 107, type);
     }
-    qDebug() << "GetDataClassLoader - 3";
+    KX_TRACE() << "GetDataClassLoader - 3";
     return nullptr;
 }

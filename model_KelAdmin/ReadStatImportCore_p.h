@@ -7,7 +7,7 @@
 #include "ReadStatCommon_p.h"
 #include "ReadStatImportCore.h"
 
-#include <QDebug>
+#include "KxTrace_p.h"
 
 #include <cstdio>
 
@@ -78,7 +78,7 @@ QStringList *TReadStatImportCore<Variable>::selectLayoutSource()
 {
     // A fixed debug line: the front end relies on it.
     if (ReadStatTraits<Variable>::layoutDebugLine)
-        qDebug() << ReadStatTraits<Variable>::layoutDebugLine;
+        KX_TRACE() << ReadStatTraits<Variable>::layoutDebugLine;
     return TDataImport::selectLayoutSource();
 }
 

@@ -1,12 +1,10 @@
 #include "UtilFiles.h"
 
 #include "KxConstants.h"
+#include "KxWidgets_p.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QFont>
-#include <QFontMetrics>
-#include <QLabel>
 #include <QStringList>
 
 int UtilFiles::GetFileStatus(QString path)
@@ -89,11 +87,14 @@ QString UtilFiles::getDataBaseEntityFilePath(QString path)
 
 QString UtilStrings::getBetterPathString(QString path, int width, int fontSize)
 {
-    QFont font(QStringLiteral("Arial"));
-    // A size of 0 or less is not a point size: keep the font's default then.
-    if (fontSize > 0)
-        font.setPointSize(fontSize);
-    const QFontMetrics metrics(font);
+    // Without the widgets module no width can be measured: the path is kept whole.
+    const KxWidgets *widgets = kxwidgets::api();
+    if (!widgets)
+        return QDir::toNativeSeparators(path);
+    // A size of 0 or less is not a point size: the font keeps its default then.
+    const auto advance = [widgets, fontSize](const QString &text) {
+        return widgets->horizontalAdvance(QStringLiteral("Arial"), fontSize, text);
+    };
 
     const QString backslash = QStringLiteral("\\");
     const QStringList parts = path.split(backslash); // empty parts are kept
@@ -111,7 +112,7 @@ QString UtilStrings::getBetterPathString(QString path, int width, int fontSize)
         else
             candidate += QStringLiteral("...") + backslash + last;
 
-        const qint64 w = metrics.horizontalAdvance(candidate);
+        const qint64 w = advance(candidate);
         --n;
         // The text plus a ten-per-cent margin must fit.
         if (static_cast<qint64>(width) > (w * 11) / 10)
@@ -124,10 +125,8 @@ QString UtilStrings::setBetterPathInQDockWidget(QString path, int width, QLabel 
 {
     const QString entityPath = UtilFiles::getDataBaseEntityFilePath(path);
     const QString native = QDir::toNativeSeparators(entityPath);
-    if (label) {
-        label->setText(getBetterPathString(native, width, 10));
-        label->setToolTip(native);
-    }
+    if (label && kxwidgets::api())
+        kxwidgets::api()->setLabel(label, getBetterPathString(native, width, 10), native);
     return entityPath;
 }
 

@@ -15,9 +15,12 @@
 #include "Usage.h"
 #include "WriteSettings.h"
 
-#include <QApplication>
 #include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
 #include <QScopedPointer>
+
+#include <dlfcn.h>
 
 using namespace kxinspect;
 
@@ -30,6 +33,26 @@ bool displayAvailable()
     if (platform.startsWith("offscreen") || platform.startsWith("minimal"))
         return false;
     return !qgetenv("DISPLAY").isEmpty() || !qgetenv("WAYLAND_DISPLAY").isEmpty();
+}
+
+/*! A QApplication made by keladmin-inspect-gui.so, which sits beside this
+ * module; null (with the reason on stderr) when it cannot be loaded. */
+QCoreApplication *newGuiApplication(int &argc, char **argv)
+{
+    Dl_info info;
+    if (!dladdr(reinterpret_cast<void *>(&newGuiApplication), &info) || !info.dli_fname)
+        return nullptr;
+    const QString folder = QFileInfo(QString::fromLocal8Bit(info.dli_fname)).absolutePath();
+    const QByteArray path = QFile::encodeName(folder + QStringLiteral("/keladmin-inspect-gui.so"));
+    void *module = dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL);
+    using Make = QCoreApplication *(*)(int &, char **);
+    const Make make = module ? reinterpret_cast<Make>(dlsym(module, "kx_inspect_gui_application")) : nullptr;
+    if (!make) {
+        const char *why = dlerror();
+        printError(QString::fromLocal8Bit(path), QString::fromLocal8Bit(why ? why : "cannot be loaded"));
+        return nullptr;
+    }
+    return make(argc, argv);
 }
 
 QStringList argumentsOf(int argc, char **argv)
@@ -102,11 +125,13 @@ extern "C" __attribute__((visibility("default"))) int kx_inspect_main(int argc, 
     // Only an explicit request to ask, with a display, gets a GUI application;
     // everything else runs without one and never opens a dialog.
     QScopedPointer<QCoreApplication> app;
-    const bool dialogPossible = !o.lookup && o.decimal == QLatin1String("ask") && displayAvailable();
+    bool dialogPossible = !o.lookup && o.decimal == QLatin1String("ask") && displayAvailable();
     if (dialogPossible)
-        app.reset(new QApplication(argc, argv));
-    else
+        app.reset(newGuiApplication(argc, argv));
+    if (!app) {
+        dialogPossible = false;
         app.reset(new QCoreApplication(argc, argv));
+    }
 
     return inspect(o, dialogPossible);
 }

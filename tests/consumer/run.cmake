@@ -1,5 +1,5 @@
 # Installs the built library into a scratch prefix, builds the consumer
-# against it and runs it; then runs the installed inspector's --version with
+# against it and runs it (the library's widgets module must be found there); then runs the installed inspector's --version with
 # an empty LD_LIBRARY_PATH, so only its run path can find the library.
 # Arguments: BUILD_DIR, SOURCE_DIR, WORK_DIR, EXTRA_FLAGS, INSPECTOR (1 when
 # the tools are built), VERSION (the project's version).
@@ -19,8 +19,9 @@ execute_process(COMMAND "${CMAKE_COMMAND}" --build "${WORK_DIR}/build" RESULT_VA
 if(rc)
   message(FATAL_ERROR "building the consumer failed: ${rc}")
 endif()
-execute_process(COMMAND "${WORK_DIR}/build/kx_consumer" RESULT_VARIABLE rc OUTPUT_VARIABLE out)
-if(rc OR NOT out MATCHES "System Error. Format not registered")
+execute_process(COMMAND "${CMAKE_COMMAND}" -E env QT_QPA_PLATFORM=offscreen "${WORK_DIR}/build/kx_consumer"
+                RESULT_VARIABLE rc OUTPUT_VARIABLE out)
+if(rc OR NOT out MATCHES "System Error. Format not registered" OR NOT out MATCHES "tooltip: /d1/d3/f.dat\n")
   message(FATAL_ERROR "consumer run failed (${rc}): ${out}")
 endif()
 

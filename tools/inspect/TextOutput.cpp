@@ -1,5 +1,6 @@
 #include "TextOutput.h"
 
+#include <QLoggingCategory>
 #include <QRegularExpression>
 #include <QStringList>
 #include <QTextStream>
@@ -75,6 +76,10 @@ void installMessageFilter()
 void setVerboseLog(bool verbose)
 {
     verboseLog = verbose;
+    // Turned off at the source too, so the library's trace lines are not even
+    // built (a few per field); the handler still drops any that get through.
+    if (!verbose)
+        QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false\ndefault.info=false"));
 }
 
 } // namespace kxinspect
