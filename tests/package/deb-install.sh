@@ -41,6 +41,7 @@ for f in /usr/include/model_KelAdmin/model_KelAdmin.h /usr/include/model_KelAdmi
     [ -f "$f" ] || fail "$f not installed"
 done
 dpkg -L "$pkg" | grep -q '/cmake/model_KelAdmin/model_KelAdminConfig.cmake$' || fail "no CMake package file"
+dpkg -L "$pkg" | grep -q '/model_KelAdmin/widgets.so$' || fail "no widgets module beside the library"
 [ "$(pkg-config --modversion model_KelAdmin)" = "$version" ] || fail "pkg-config does not find model_KelAdmin $version"
 
 # census.dcf: 30 items, one of them with 6 occurrences: 35 fields.
