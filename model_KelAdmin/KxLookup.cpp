@@ -427,6 +427,8 @@ void TKxLookup::enterPairs(std::deque<LookupPair> &pairs, bool noDuplicates, TKx
         }
         first = lookupMap.insert(first, pair->key, QString());
         first.value().swap(pair->label);
+        // Let go of the key while it is in the cache, not when the pairs go.
+        pair->key = QString();
     }
     emptyLabels.count(frequencies);
 }
