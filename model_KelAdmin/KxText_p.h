@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kxtext {
 
@@ -59,6 +60,16 @@ inline bool startsWithNoCase(const QString &text, QLatin1String prefix)
             return false;
     }
     return true;
+}
+
+/*! QString::number(v, 'g', 6). Whole numbers between -999,999 and 999,999,
+ * which the bounds of value labels nearly always are, are written here as
+ * integers; anything else goes to Qt's general conversion. */
+inline QString numberG6(double v)
+{
+    if (v > -1e6 && v < 1e6 && v == std::trunc(v) && !(v == 0 && std::signbit(v)))
+        return QString::number(static_cast<qint64>(v));
+    return QString::number(v, 'g', 6);
 }
 
 } // namespace kxtext

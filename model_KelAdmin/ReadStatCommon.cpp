@@ -1,6 +1,7 @@
 #include "ReadStatCommon_p.h"
 
 #include "GenericField.h"
+#include "KxText_p.h"
 #include "ReadStatNotes_p.h"
 
 #include <QFile>
@@ -23,12 +24,14 @@ constexpr char NeutralSavDate[SavDateLength + 1] = "01 Jan 70";
 
 constexpr int MaxNines = 65535;
 
-//! File access for ReadStat that keeps track of the position, so the SAV
-//! header's date can be replaced on its way in.
+//! File access for ReadStat: buffered, as ReadStat asks for a few bytes at a
+//! time (its own access makes a system call of each), and keeping track of
+//! the position, so that a SAV header's date can be replaced on its way in.
 struct PatchedIo
 {
     QFile file;
     qint64 position = 0;
+    bool patchesSavDate = false;
     //! The header's date as the file holds it, before the replacement.
     QByteArray originalDate = QByteArray(SavDateLength, ' ');
 };
@@ -71,6 +74,10 @@ ssize_t ioRead(void *buf, size_t nbyte, void *ctx)
     const qint64 got = io->file.read(static_cast<char *>(buf), wanted);
     if (got <= 0)
         return got;
+    if (!io->patchesSavDate) {
+        io->position += got;
+        return got;
+    }
     // Only the date field changes; SPSS writes its month in the user's
     // language, which ReadStat would reject.
     const qint64 from = qMax(io->position, SavDateOffset);
@@ -191,14 +198,17 @@ void applyLabelSet(TGenericField *field, LabelSets *sets, const char *labelSet, 
             continue;
         if (numeric && (entry.intValue != -1 || entry.doubleValue != -1.0))
             bounds.take(entry.intValue != -1 ? entry.intValue : entry.doubleValue);
-        text += value + QLatin1Char(' ') + toText(entry.label.constData(), rules.valueLabelText) + QLatin1Char('\t');
+        text += value;
+        text += QLatin1Char(' ');
+        text += toText(entry.label.constData(), rules.valueLabelText);
+        text += QLatin1Char('\t');
     }
     entryNotes.finish();
     field->setValueLabels(text);
     if (numeric && bounds.minimumChanged)
-        field->setMinimum(QString::number(bounds.minimum, 'g', 6));
+        field->setMinimum(kxtext::numberG6(bounds.minimum));
     if (numeric && bounds.maximumChanged)
-        field->setMaximum(QString::number(bounds.maximum, 'g', 6));
+        field->setMaximum(kxtext::numberG6(bounds.maximum));
 }
 
 //! Type code from ReadStat's storage type; false for strings (and the types read as strings).
@@ -488,9 +498,10 @@ int passVariable(int index, readstat_variable_t *variable, const char *labelSet,
     return pass->handlers.variables(index, variable, name.constData(), pass->importer);
 }
 
-readstat_error_t parseSav(readstat_parser_t *parser, const QByteArray &path, Pass *pass)
+readstat_error_t parseWithOwnIo(readstat_parser_t *parser, const QByteArray &path, Pass *pass)
 {
     PatchedIo io;
+    io.patchesSavDate = pass->kind == FileKind::Sav;
     pass->io = &io;
     readstat_set_open_handler(parser, ioOpen);
     readstat_set_close_handler(parser, ioClose);
@@ -498,11 +509,13 @@ readstat_error_t parseSav(readstat_parser_t *parser, const QByteArray &path, Pas
     readstat_set_read_handler(parser, ioRead);
     readstat_set_update_handler(parser, ioUpdate);
     readstat_set_io_ctx(parser, &io);
-    // Only a pass that records the metadata sets the handler: with it, ReadStat
-    // also converts the file label, which may fail.
-    if (pass->handlers.metadata)
+    // Only a SAV pass that records the metadata sets the handler: with it,
+    // ReadStat also converts the file label, which may fail. A Stata pass
+    // always sets it, as the label-set width depends on the version.
+    if (pass->handlers.metadata || pass->kind == FileKind::Dta)
         readstat_set_metadata_handler(parser, passMetadata);
-    const readstat_error_t result = readstat_parse_sav(parser, path.constData(), pass);
+    const readstat_error_t result = pass->kind == FileKind::Sav ? readstat_parse_sav(parser, path.constData(), pass)
+                                                                : readstat_parse_dta(parser, path.constData(), pass);
     // The context lives on this stack frame; the parser must not free it.
     readstat_set_io_ctx(parser, nullptr);
     pass->io = nullptr;
@@ -526,14 +539,7 @@ readstat_error_t parsePass(FileKind kind, const QByteArray &path, const PassHand
     if (handlers.variables)
         readstat_set_variable_handler(parser, passVariable);
 
-    readstat_error_t result;
-    if (kind == FileKind::Sav) {
-        result = parseSav(parser, path, &pass);
-    } else {
-        // Always set for Stata: the label-set width depends on the version.
-        readstat_set_metadata_handler(parser, passMetadata);
-        result = readstat_parse_dta(parser, path.constData(), &pass);
-    }
+    const readstat_error_t result = parseWithOwnIo(parser, path, &pass);
     readstat_parser_free(parser);
     return result;
 }

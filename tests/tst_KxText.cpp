@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+#include <limits>
+
 TEST(KxText, ToIntAnswersAsQStringToInt)
 {
     const QStringList texts = {"0", "7", "-0", "007", "-12", "123456789", "-123456789", "999999999", "1234567890",
@@ -42,4 +44,14 @@ TEST(KxText, StartsWithNoCaseAnswersAsQStringStartsWithCaseInsensitive)
                       text.startsWith(QLatin1String(prefix), Qt::CaseInsensitive))
                 << text.toStdString() << " / " << prefix;
     }
+}
+
+TEST(KxText, NumberG6AnswersAsQStringNumberG6)
+{
+    const double numbers[] = {0.0, -0.0, 1.0, -1.0, 5.0, 99.0, 999999.0, -999999.0, 1e6, -1e6, 1234567.0, 0.5,
+                              -2.5, 1.23456789, 123456.7, 1e-5, 1e300, -1e300, 2147483647.0, -2147483648.0,
+                              std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+                              std::numeric_limits<double>::quiet_NaN(), 999999999.0, -999999999.0};
+    for (const double v : numbers)
+        EXPECT_EQ(kxtext::numberG6(v), QString::number(v, 'g', 6)) << v;
 }

@@ -30,13 +30,14 @@ namespace kxinspect {
 QList<ValueLabel> splitValueLabels(const QString &text)
 {
     QList<ValueLabel> out;
-    const QStringList entries = text.split(QLatin1Char('\t'), Qt::SkipEmptyParts);
-    for (const QString &entry : entries) {
+    const QVector<QStringRef> entries = text.splitRef(QLatin1Char('\t'), Qt::SkipEmptyParts);
+    out.reserve(entries.size());
+    for (const QStringRef &entry : entries) {
         const int blank = entry.indexOf(QLatin1Char(' '));
         if (blank < 0)
-            out.append({entry, QString()});
+            out.append({entry.toString(), QString()});
         else
-            out.append({entry.left(blank), entry.mid(blank + 1)});
+            out.append({entry.left(blank).toString(), entry.mid(blank + 1).toString()});
     }
     return out;
 }

@@ -47,7 +47,8 @@ QString detectFormat(const QByteArray &head)
 QString detectFileFormat(const QString &path, QString *format)
 {
     QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
+    // Unbuffered: 64 bytes are read, not the 16 KB of Qt's buffer.
+    if (!f.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return QStringLiteral("cannot be read (%1)").arg(f.errorString());
     const QByteArray head = f.read(64);
     if (head.isEmpty())

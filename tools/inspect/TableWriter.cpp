@@ -41,13 +41,13 @@ void writeTable(QTextStream &out, const QStringList &header, const QList<QString
     for (const QStringList &row : rows)
         for (int c = 0; c < row.size() && c < width.size(); ++c)
             width[c] = qMax(width[c], row.at(c).size());
+    QString line;
     auto writeRow = [&](const QStringList &row) {
-        QString line;
+        line.clear(); // keeps its room from row to row
         for (int c = 0; c < row.size(); ++c) {
+            line += row.at(c);
             if (c + 1 < row.size())
-                line += row.at(c).leftJustified(width[c]) + QStringLiteral("  ");
-            else
-                line += row.at(c);
+                line.resize(line.size() + width[c] - row.at(c).size() + 2, QLatin1Char(' '));
         }
         out << line.trimmed() << "\n";
     };

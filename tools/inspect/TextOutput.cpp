@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace kxinspect {
@@ -23,15 +24,23 @@ void messageHandler(QtMsgType type, const QMessageLogContext &, const QString &m
     std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
 }
 
+bool isControl(ushort u)
+{
+    return u < 0x20 || (u >= 0x7f && u < 0xa0);
+}
+
 } // namespace
 
 QString printable(const QString &text)
 {
+    // Most texts have nothing to escape: they are handed back as they are, shared.
+    if (std::none_of(text.cbegin(), text.cend(), [](QChar c) { return isControl(c.unicode()); }))
+        return text;
     QString out;
     out.reserve(text.size());
     for (const QChar c : text) {
         const ushort u = c.unicode();
-        if (u < 0x20 || (u >= 0x7f && u < 0xa0))
+        if (isControl(u))
             out += QStringLiteral("\\u%1").arg(u, 4, 16, QLatin1Char('0'));
         else
             out += c;
