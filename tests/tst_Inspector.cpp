@@ -1161,6 +1161,54 @@ TEST_F(Inspector, HelpLoadsNeitherQtNorTheLibrary)
     }
 }
 
+TEST_F(Inspector, ReadingLoadsQtCoreButNoQtGuiLibrary)
+{
+    // The library and the inspector link Qt Core only; Qt Gui and Widgets come
+    // with a dialog, which a reading without --decimal ask never shows.
+    for (const char *sample : {"census.sav", "census.dta", "census.dcf", "census.json"}) {
+        const Outcome r = runInspector({samplePath(QLatin1String(sample))}, QString(),
+                                       {{QStringLiteral("LD_DEBUG"), QStringLiteral("libs")}});
+        ASSERT_TRUE(r.finished);
+        EXPECT_EQ(r.exitCode, 0) << sample;
+        EXPECT_TRUE(r.err.contains(QStringLiteral("libQt5Core.so"))) << "no loader trace";
+        EXPECT_FALSE(r.err.contains(QStringLiteral("libQt5Gui"))) << sample;
+        EXPECT_FALSE(r.err.contains(QStringLiteral("libQt5Widgets"))) << sample;
+    }
+}
+
+TEST_F(Inspector, DecimalAskWithoutItsGuiModuleSaysSoAndAnswersNoToAll)
+{
+    // A copy of the inspector without keladmin-inspect-gui.so beside its module:
+    // the module's absence is named, and the prompt is answered as without a display.
+    const QDir built = QFileInfo(Program).dir();
+    const QString program = dir.filePath(QStringLiteral("keladmin-inspect"));
+    ASSERT_TRUE(QFile::copy(Program, program));
+    ASSERT_TRUE(QFile::copy(built.filePath(QStringLiteral("keladmin-inspect-core.so")),
+                            dir.filePath(QStringLiteral("keladmin-inspect-core.so"))));
+    QFile::setPermissions(program, QFile::permissions(Program));
+    const QString census = samplePath(QStringLiteral("census.dcf"));
+    const Outcome noToAll = runInspector({QStringLiteral("--decimal"), QStringLiteral("no-to-all"), census});
+
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("DISPLAY"), QStringLiteral(":99"));
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("vnc:port=0"));
+    env.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
+    p.setProcessEnvironment(env);
+    p.start(program, {QStringLiteral("--decimal"), QStringLiteral("ask"), census});
+    ASSERT_TRUE(p.waitForFinished(60000));
+    const QString err = QString::fromLocal8Bit(p.readAllStandardError());
+    EXPECT_EQ(p.exitCode(), 0) << err.toStdString();
+    const QStringList lines = err.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2) << err.toStdString();
+    const QString guiModule = dir.filePath(QStringLiteral("keladmin-inspect-gui.so"));
+    EXPECT_TRUE(lines.at(0).startsWith(QStringLiteral("keladmin-inspect: ") + guiModule + QStringLiteral(": ")))
+        << err.toStdString();
+    EXPECT_EQ(lines.at(1), QStringLiteral("keladmin-inspect: ") + census
+                               + QStringLiteral(": note: no display, the decimal prompt is answered no-to-all"));
+    EXPECT_EQ(QString::fromUtf8(p.readAllStandardOutput()), noToAll.out);
+}
+
 TEST_F(Inspector, LoneDashIsAFileName)
 {
     writeFile(dir, QStringLiteral("-"), PlainDictionary);
