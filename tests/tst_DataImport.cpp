@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include <memory>
+
 namespace {
 
 class PlainField : public TGenericField
@@ -310,6 +312,71 @@ TEST(DataImport, GetDictionaryWritesItsDebugLinesPerField)
                                            QStringLiteral("mySF->DataProviderType \"CSPRO\""),
                                            QStringLiteral("\n\n\n")}));
     qDeleteAll(out);
+}
+
+TEST(DataImport, GetDictionaryWritesNoLineWithDebugOutputOff)
+{
+    TestImport i;
+    PlainField f(QStringLiteral("AGE"), 1);
+    i.addField(&f);
+    QList<TKxSourceField *> out;
+    kxtest::MessageCollector log;
+    {
+        kxtest::DebugOutputOff off;
+        i.getDictionary(&out);
+    }
+    EXPECT_TRUE(log.messages().isEmpty()) << log.messages().join(QLatin1Char('|')).toStdString();
+    ASSERT_EQ(out.size(), 1);
+    EXPECT_EQ(out.at(0)->getFieldName(), QStringLiteral("AGE"));
+    qDeleteAll(out);
+}
+
+// Every importer reads a sample alike with the debug output on and off, and
+// with it off no trace line reaches a message handler.
+TEST(DataImport, ImportersReadTheSamplesAlikeWithDebugOutputOff)
+{
+    const auto fieldNames = [](const QString &sample, bool debugOff, QStringList *messages) {
+        const QString path = kxtest::samplePath(sample);
+        std::unique_ptr<TDataImport> importer;
+        if (sample.endsWith(QLatin1String(".dcf"))) {
+            auto *cspro = new TCSProDataImport(path);
+            cspro->setDecimalChoice(TDecimalChoice::NoToAll);
+            importer.reset(cspro);
+        } else if (sample.endsWith(QLatin1String(".json"))) {
+            importer.reset(new TCSProJsonDataImport(path));
+        } else if (sample.endsWith(QLatin1String(".sav"))) {
+            importer.reset(new TSPSSDataImport(path));
+        } else {
+            importer.reset(new TSTATADataImport(path));
+        }
+        kxtest::MessageCollector log;
+        std::unique_ptr<kxtest::DebugOutputOff> off(debugOff ? new kxtest::DebugOutputOff : nullptr);
+        importer->openFile();
+        TKxDataProvider provider;
+        provider.genericGetFieldsFrom(importer.get());
+        QStringList names;
+        for (TKxSourceField *field : *provider.getSourceFields())
+            names << field->getFieldName();
+        *messages = log.messages();
+        qDeleteAll(*provider.getSourceFields());
+        qDeleteAll(*importer->getFields());
+        return names;
+    };
+    // census.dcf: 35 fields; census.json: 33 (the two subitems nested in
+    // BIRTHDATE are not read); census.sav: 15; census.dta: 16.
+    const QList<QPair<QString, int>> samples = {{QStringLiteral("census.dcf"), 35}, {QStringLiteral("census.json"), 33},
+                                                {QStringLiteral("census.sav"), 15}, {QStringLiteral("census.dta"), 16}};
+    for (const auto &sample : samples) {
+        QStringList withLines;
+        QStringList withoutLines;
+        const QStringList on = fieldNames(sample.first, false, &withLines);
+        const QStringList off = fieldNames(sample.first, true, &withoutLines);
+        EXPECT_EQ(on.size(), sample.second) << sample.first.toStdString();
+        EXPECT_EQ(off, on) << sample.first.toStdString();
+        EXPECT_TRUE(withLines.contains(QStringLiteral("getDictionary FIELDS"))) << sample.first.toStdString();
+        EXPECT_TRUE(withoutLines.isEmpty()) << sample.first.toStdString() << ": "
+                                            << withoutLines.join(QLatin1Char('|')).toStdString();
+    }
 }
 
 TEST(DataImport, EmptyFieldListLeavesOutUnchanged)

@@ -118,6 +118,18 @@ TEST_F(LoaderManager, GetDataClassLoaderWritesItsDebugLines)
     EXPECT_FALSE(lines.contains(QStringLiteral("GetDataClassLoader - 3")));
 }
 
+TEST_F(LoaderManager, GetDataClassLoaderWritesNoLineWithDebugOutputOff)
+{
+    kxtest::MessageCollector log;
+    int number = 0;
+    {
+        kxtest::DebugOutputOff off;
+        EXPECT_TRUE(kxtest::catchKxError([] { GetDataClassLoader(QStringLiteral("CSPRO")); }, &number));
+    }
+    EXPECT_EQ(number, 107);
+    EXPECT_TRUE(log.messages().isEmpty()) << log.messages().join(QLatin1Char('|')).toStdString();
+}
+
 TEST_F(LoaderManager, DestroyDataClassLoaderLeavesTheManagerUntouched)
 {
     TLoaderManager::InitDataClassLoader();

@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLoggingCategory>
 #include <QPushButton>
 #include <QDir>
 #include <QFile>
@@ -45,6 +46,16 @@ QStringList MessageCollector::messages() const
 bool MessageCollector::contains(const QString &line) const
 {
     return messages().contains(line);
+}
+
+DebugOutputOff::DebugOutputOff()
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+}
+
+DebugOutputOff::~DebugOutputOff()
+{
+    QLoggingCategory::setFilterRules(QString());
 }
 
 ModalPresser::ModalPresser(QList<QMessageBox::StandardButton> answers)

@@ -30,6 +30,16 @@ private:
     QtMessageHandler previous;
 };
 
+//! Turns Qt's debug output of the default category off while alive, as QT_LOGGING_RULES="default.debug=false" does.
+class DebugOutputOff
+{
+public:
+    DebugOutputOff();
+    ~DebugOutputOff();
+    DebugOutputOff(const DebugOutputOff &) = delete;
+    DebugOutputOff &operator=(const DebugOutputOff &) = delete;
+};
+
 /*! Presses buttons of the active modal widget, one per dialog, in the given
  * order. Records each dialog it saw so the test can check texts. */
 class ModalPresser
