@@ -3,13 +3,10 @@
 
 #include "KxConstants.h"
 #include "KxErrorManager.h"
-
+#include "KxTrace_p.h"
 #include "KxWidgets_p.h"
 #include "ReadNote.h"
-#include "KxTrace_p.h"
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QFile>
 #include <QSet>
 #include <QTextStream>

@@ -314,23 +314,6 @@ TEST(DataImport, GetDictionaryWritesItsDebugLinesPerField)
     qDeleteAll(out);
 }
 
-TEST(DataImport, GetDictionaryWritesNoLineWithDebugOutputOff)
-{
-    TestImport i;
-    PlainField f(QStringLiteral("AGE"), 1);
-    i.addField(&f);
-    QList<TKxSourceField *> out;
-    kxtest::MessageCollector log;
-    {
-        kxtest::DebugOutputOff off;
-        i.getDictionary(&out);
-    }
-    EXPECT_TRUE(log.messages().isEmpty()) << log.messages().join(QLatin1Char('|')).toStdString();
-    ASSERT_EQ(out.size(), 1);
-    EXPECT_EQ(out.at(0)->getFieldName(), QStringLiteral("AGE"));
-    qDeleteAll(out);
-}
-
 // Every importer reads a sample alike with the debug output on and off, and
 // with it off no trace line reaches a message handler.
 TEST(DataImport, ImportersReadTheSamplesAlikeWithDebugOutputOff)
