@@ -12,7 +12,7 @@
 # of the system library's version: ReadStat is built from it instrumented too,
 # and fuzz/ubsan-readstat.supp is used; default empty, the system library).
 # The seeds are the test inputs: tests/data/seeds/<target>, the kept findings
-# tests/data/regress/<target>, the census dictionaries of tests/data, and for
+# tests/data/regress/<target>, the census dictionaries of samples/, and for
 # spss and stata the files keladmin-make-samples --seeds writes (ReadStat's
 # writer). Crashes, hangs and sanitizer reports are saved as
 # $KX_FUZZ_OUT/<target>/crash-*, timeout-*, oom-*; the inputs that grew
