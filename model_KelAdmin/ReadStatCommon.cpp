@@ -74,14 +74,10 @@ ssize_t ioRead(void *buf, size_t nbyte, void *ctx)
     const qint64 got = io->file.read(static_cast<char *>(buf), wanted);
     if (got <= 0)
         return got;
-    if (!io->patchesSavDate) {
-        io->position += got;
-        return got;
-    }
-    // Only the date field changes; SPSS writes its month in the user's
-    // language, which ReadStat would reject.
-    const qint64 from = qMax(io->position, SavDateOffset);
-    const qint64 to = qMin(io->position + got, SavDateOffset + SavDateLength);
+    // Only a SAV header's date field changes; SPSS writes its month in the
+    // user's language, which ReadStat would reject.
+    const qint64 from = io->patchesSavDate ? qMax(io->position, SavDateOffset) : 0;
+    const qint64 to = io->patchesSavDate ? qMin(io->position + got, SavDateOffset + SavDateLength) : 0;
     for (qint64 at = from; at < to; ++at) {
         char &byte = static_cast<char *>(buf)[at - io->position];
         io->originalDate[int(at - SavDateOffset)] = byte;
