@@ -18,7 +18,7 @@ build="${1:?usage: $0 BUILD_DIR [ROUNDS] [RUNS]}"
 rounds="${2:-10}"
 runs="${3:-30}"
 inspect="$build/tools/keladmin-inspect"
-maker="$build/tools/make-samples/keladmin-make-samples"
+maker="$build/tests/kit/make-samples/keladmin-make-samples"
 for tool in hyperfine readstat python3; do
     command -v "$tool" >/dev/null || { echo "$0: $tool is missing (apt-get install hyperfine readstat)" >&2; exit 2; }
 done

@@ -14,7 +14,7 @@ install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/CHANGELOG.m
   DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
 # The man page is installed as soon as it is in the tree.
-set(KX_MAN_PAGE "${PROJECT_SOURCE_DIR}/tools/keladmin-inspect.1")
+set(KX_MAN_PAGE "${PROJECT_SOURCE_DIR}/tools/keladmin-inspect/keladmin-inspect.1")
 if(KX_BUILD_TOOLS AND EXISTS "${KX_MAN_PAGE}")
   install(FILES "${KX_MAN_PAGE}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endif()

@@ -45,7 +45,7 @@ cmake --build "$build" -j"${KX_JOBS:-2}" --target keladmin-make-samples \
 
 data="$src/tests/data"
 mkdir -p "$build/seeds"
-"$build/tools/make-samples/keladmin-make-samples" --seeds "$build/seeds" >/dev/null
+"$build/tests/kit/make-samples/keladmin-make-samples" --seeds "$build/seeds" >/dev/null
 
 # The readers leave their dictionary model alive on purpose and the targets
 # free it themselves; leak reports would stop at the first error path.

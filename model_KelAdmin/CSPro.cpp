@@ -1,4 +1,5 @@
 #include "CSPro.h"
+#include "CSProTextNotes_p.h"
 #include "KxText_p.h"
 
 #include "KxConstants.h"
@@ -21,45 +22,18 @@ const QString COMMON_NAME = QStringLiteral("Common");
 const QString COMMON_TYPE_VALUE = QStringLiteral("_COMMON_");
 const QString CMD_VERSION = QStringLiteral("Version");
 
-// The special values CSPro knows; a Name line naming one marks its code.
-bool isCSProSpecialValue(const QString &keyword)
-{
-    return keyword == QLatin1String("MISSING") || keyword == QLatin1String("NOTAPPL")
-        || keyword == QLatin1String("DEFAULT") || keyword == QLatin1String("REFUSED");
-}
-
-QString answerText(int answer)
-{
-    switch (answer) {
-    case QMessageBox::Yes:
-        return QStringLiteral("Yes");
-    case QMessageBox::YesToAll:
-        return QStringLiteral("Yes to All");
-    case QMessageBox::No:
-        return QStringLiteral("No");
-    case QMessageBox::NoToAll:
-        return QStringLiteral("No to All");
-    default:
-        return QStringLiteral("with no button");
-    }
-}
-
-bool isValueLine(const QString &line)
-{
-    return kxtext::startsWithNoCase(line, QLatin1String("VALUE="));
-}
-
-// Clears the lines the notes refer to when a load ends, also by an exception.
+// Gives the notes the lines of a load, and takes them back when the load
+// ends, also by an exception.
 class NoteLinesScope
 {
 public:
-    explicit NoteLinesScope(const QStringList **lines) : lines(lines) {}
-    ~NoteLinesScope() { *lines = nullptr; }
+    NoteLinesScope(TCSProTextNotes *notes, const QStringList *lines) : notes(notes) { notes->startLoad(lines); }
+    ~NoteLinesScope() { notes->endLoad(); }
     NoteLinesScope(const NoteLinesScope &) = delete;
     NoteLinesScope &operator=(const NoteLinesScope &) = delete;
 
 private:
-    const QStringList **lines;
+    TCSProTextNotes *notes;
 };
 
 // Frees a value set that was not attached to any item, with its entries.
@@ -84,6 +58,7 @@ TCSPro::TCSPro()
     , records(new QList<TCSProRecord *>)
     , recordsByValue(new QMap<QString, TCSProRecord *>)
     , items(new QList<TCSProItem *>)
+    , notes(new TCSProTextNotes(*this))
 {
     currentRecord = commonRecord;
 }
@@ -135,7 +110,7 @@ void TCSPro::loadFromFile(QString path)
         while (!in.atEnd()) {
             lines.append(in.readLine());
             if (lines.constLast().contains(QChar::ReplacementCharacter))
-                noteUndecodableLine(lines.size(), lines.constLast());
+                notes->noteUndecodableLine(lines.size(), lines.constLast());
         }
     }
     loadFromStr(&lines);
@@ -158,8 +133,7 @@ void TCSPro::loadFromStr(QStringList *lines)
 {
     if (!lines)
         return;
-    noteLines = lines;
-    NoteLinesScope scope(&noteLines);
+    NoteLinesScope scope(notes.data(), lines);
     qint64 characters = 0;
     for (const QString &line : qAsConst(*lines))
         characters += line.size() + 1;
@@ -250,8 +224,7 @@ int TCSPro::getItemType(QString header)
 QStringList *TCSPro::getSection(QStringList *lines, int &index)
 {
     auto *section = new QStringList;
-    noteSectionHeader = index;
-    noteCursor = index + 1;
+    notes->startSection(index);
     int end = index + 1;
     while (end < lines->size() && !lines->at(end).startsWith(QLatin1Char('[')))
         ++end;
@@ -291,7 +264,7 @@ QString TCSPro::readCommand(const QStringList &section, const QString &command, 
         const bool twoParts = equal >= 0 && line.indexOf(EQUALCHR, equal + 1) < 0;
         const QString value = twoParts ? line.mid(equal + 1) : def;
         if (!twoParts || equal != command.size() || !line.startsWith(command))
-            noteCommandFromOtherLine(section, command, line, value, intDefault);
+            notes->noteCommandFromOtherLine(section, command, line, value, intDefault);
         return value;
     }
     return def;
@@ -379,9 +352,9 @@ void TCSPro::checkOccurrences(const QStringList &section, const TCSProItem &item
     // what CSPro allows, or a last start outside int, is a corrupt item and
     // fails the load (error 242) before anything of it is stored.
     const int occurrences = item.occurrences;
-    const int line = fileLineOf(readCommandLine(section, CMD_OCCURS));
+    const int line = notes->fileLineOf(notes->readCommandLine(section, CMD_OCCURS));
     if (occurrences > MaxOccurrences) {
-        noteLimit(line, item.name,
+        notes->noteLimit(line, item.name,
                   QStringLiteral("Item %1 has %2 occurrences, more than the %3 that are expanded; the reading "
                                  "stops here with error 242.")
                       .arg(item.name)
@@ -390,7 +363,7 @@ void TCSPro::checkOccurrences(const QStringList &section, const TCSProItem &item
         throw std::length_error("occurrence count out of range");
     }
     if (qint64(items->size()) + occurrences > qint64(MaxExpandedItems)) {
-        noteLimit(line, item.name,
+        notes->noteLimit(line, item.name,
                   QStringLiteral("Item %1 with %2 occurrences would make more than %3 items; the reading stops "
                                  "here with error 242.")
                       .arg(item.name)
@@ -399,7 +372,7 @@ void TCSPro::checkOccurrences(const QStringList &section, const TCSProItem &item
         throw std::length_error("too many items after expansion");
     }
     if (copiesMade + occurrences > copyBudget) {
-        noteLimit(line, item.name,
+        notes->noteLimit(line, item.name,
                   QStringLiteral("Item %1 with %2 occurrences would pass the %3 copies of repeated items that "
                                  "this dictionary may expand to (%4 and one for every %5 characters of the "
                                  "file); the reading stops here with error 242.")
@@ -421,8 +394,7 @@ void TCSPro::storeOccurrenceCopies(const QStringList &section, const TCSProItem 
     const int occurrences = item.occurrences;
     const int copiesIndex = items->size();
     if (copiesIndex == 0) {
-        firstItemCopies = occurrences;
-        firstItemName = item.name;
+        notes->rememberFirstItem(occurrences, item.name);
     }
     copiesMade += occurrences;
     for (int k = 1; k <= occurrences; ++k) {
@@ -453,19 +425,19 @@ void TCSPro::processValueSet(QStringList *lines, int &index)
     valueSet->isNumeric = lastItemNumeric ? 1 : 0;
 
     const QString linkLine = readValueLines(*section, valueSet);
-    noteLinkLine(linkLine, valueSet);
+    notes->noteLinkLine(linkLine, valueSet);
 
     if (!valueSet->validateItems(0) && !decideDecimalCodes(*section, valueSet)) {
         discardValueSet(valueSet);
         return;
     }
     if (!currentItem) {
-        noteDroppedValueSet(valueSet, QStringLiteral("no item comes before it"), noteSectionHeader + 1);
+        notes->noteDroppedValueSet(valueSet, QStringLiteral("no item comes before it"), notes->sectionHeader() + 1);
         discardValueSet(valueSet);
         return;
     }
     if (!valueSet->validateItems(1)) {
-        noteNotIntegerCode(*section, valueSet);
+        notes->noteNotIntegerCode(*section, valueSet);
         discardValueSet(valueSet);
         return;
     }
@@ -492,7 +464,7 @@ QString TCSPro::readValueLines(const QStringList &section, TCSProValueSet *value
 
     // The section's lines are trimmed already.
     for (const QString &line : section) {
-        if (isValueLine(line)) {
+        if (isCSProValueLine(line)) {
             closePending();
             pending = readValueLine(line, valueSet);
         } else if (pending && kxtext::startsWithNoCase(line, QLatin1String("NAME="))) {
@@ -562,7 +534,7 @@ void TCSPro::readSpecialValue(const QString &line, TValueSetItem *pending, const
             currentItem->notApplCode = pending->code;
     } else {
         pending->type = 0;
-        noteSpecialValue(line, pending, valueSet);
+        notes->noteSpecialValue(line, pending, valueSet);
     }
 }
 
@@ -573,20 +545,20 @@ bool TCSPro::decideDecimalCodes(const QStringList &section, TCSProValueSet *valu
                           QMessageBox::Warning);
     switch (decimalAnswer) {
     case QMessageBox::Yes:
-        noteDecimalCodes(section, valueSet, true);
+        notes->noteDecimalCodes(section, valueSet, true);
         valueSet->itemsAsNumberZero();
         return true;
     case QMessageBox::YesToAll:
         decimalMode = 1;
-        noteDecimalCodes(section, valueSet, true);
+        notes->noteDecimalCodes(section, valueSet, true);
         valueSet->itemsAsNumberZero();
         return true;
     case QMessageBox::NoToAll:
         decimalMode = 2;
-        noteDecimalCodes(section, valueSet, false);
+        notes->noteDecimalCodes(section, valueSet, false);
         return false;
     default:
-        noteDecimalCodes(section, valueSet, false);
+        notes->noteDecimalCodes(section, valueSet, false);
         return false;
     }
 }
@@ -598,7 +570,7 @@ void TCSPro::attachValueSet(TCSProValueSet *valueSet)
         currentItem->addValueSet(valueSet);
         attached = currentItem->valueSets->contains(valueSet);
         if (attached)
-            noteFirstItemCopies(valueSet);
+            notes->noteFirstItemCopies(valueSet);
     } else {
         // All occurrence copies of the item share the one value set.
         for (int i = items->size() - 1; i >= 0; --i) {
@@ -612,190 +584,11 @@ void TCSPro::attachValueSet(TCSProValueSet *valueSet)
     if (attached)
         return;
     const TCSProValueSet *kept = currentItem->getHasValueSet() ? currentItem->valueSets->first() : nullptr;
-    noteDroppedValueSet(valueSet,
+    notes->noteDroppedValueSet(valueSet,
                         QStringLiteral("its item already has the value set %1, and only the first is kept")
                             .arg(kept ? kept->name : QString()),
-                        noteSectionHeader + 1);
+                        notes->sectionHeader() + 1);
     discardValueSet(valueSet);
-}
-
-// ---- Reading notes -------------------------------------------------------
-
-int TCSPro::fileLineOf(const QString &sectionLine)
-{
-    if (!noteLines || sectionLine.isNull())
-        return 0;
-    // From the cursor to the section's end, then from the section's start:
-    // notes in file order cost one pass over the section in all.
-    const int first = noteSectionHeader + 1;
-    const int from = qMax(first, noteCursor);
-    for (int pass = 0; pass < 2; ++pass) {
-        const int begin = pass == 0 ? from : first;
-        for (int i = begin; i < noteLines->size() && (pass == 0 || i < from); ++i) {
-            const QString &raw = noteLines->at(i);
-            if (raw.startsWith(QLatin1Char('[')))
-                break;
-            if (raw.trimmed() == sectionLine) {
-                noteCursor = i + 1;
-                return i + 1;
-            }
-        }
-    }
-    return 0;
-}
-
-QString TCSPro::sectionSubject(const QStringList &section) const
-{
-    for (const QString &line : section) {
-        if (line.startsWith(QLatin1String("Name=")))
-            return line.mid(5);
-    }
-    if (noteLines && noteSectionHeader >= 0 && noteSectionHeader < noteLines->size())
-        return noteLines->at(noteSectionHeader).trimmed();
-    return QString();
-}
-
-QString TCSPro::readCommandLine(const QStringList &section, const QString &command) const
-{
-    for (const QString &line : section) {
-        if (line.contains(command))
-            return line;
-    }
-    return QString();
-}
-
-void TCSPro::noteCommandFromOtherLine(const QStringList &section, const QString &command,
-                                      const QString &usedLine, const QString &usedValue, const int *intDefault)
-{
-    if (!noteLines)
-        return;
-    const QString prefix = command + EQUALCHR;
-    const QString *own = nullptr;
-    for (const QString &line : section) {
-        if (line.startsWith(prefix)) {
-            own = &line;
-            break;
-        }
-    }
-    // What the reading kept, and what the command's own line says.
-    QString kept = usedValue;
-    QString said = own ? own->mid(prefix.size()) : QString();
-    if (intDefault) {
-        auto asInt = [intDefault](const QString &text) {
-            bool ok = false;
-            const int value = text.toInt(&ok, 10);
-            return ok ? value : *intDefault;
-        };
-        kept = QString::number(asInt(usedValue));
-        said = QString::number(own ? asInt(said) : *intDefault);
-    } else if (!own) {
-        return; // the reading found a value where the file gives none of its own
-    }
-    if (kept == said)
-        return;
-    QString text;
-    if (own && *own == usedLine)
-        text = QStringLiteral("%1: its line '%2' holds a second '=', so the reading kept '%3' instead of '%4'.")
-                   .arg(command, usedLine, kept, said);
-    else if (own)
-        text = QStringLiteral("%1 was read from the line '%2', which gave '%3'; its own line '%4' says '%5'.")
-                   .arg(command, usedLine, kept, *own, said);
-    else
-        text = QStringLiteral("%1 was read from the line '%2', which gave '%3'; without a line '%4' of its "
-                              "own it would be %5.")
-                   .arg(command, usedLine, kept, prefix, said);
-    addReadNote(fileLineOf(usedLine), sectionSubject(section), TReadNoteKind::KeyFromOtherLine, text);
-}
-
-void TCSPro::noteSpecialValue(const QString &line, const TValueSetItem *entry, const TCSProValueSet *valueSet)
-{
-    if (!noteLines)
-        return;
-    const QString rest = line.mid(5);
-    const QString keyword = rest.left(rest.indexOf(COMMACHR)).trimmed().toUpper();
-    if (!isCSProSpecialValue(keyword))
-        return;
-    QString lost;
-    if (keyword == QLatin1String("MISSING"))
-        lost = QStringLiteral(", and the item gets no missing code");
-    else if (keyword == QLatin1String("NOTAPPL"))
-        lost = QStringLiteral(", and the item gets no not-applicable code");
-    addReadNote(fileLineOf(line), valueSet->name, TReadNoteKind::SpecialNotRead,
-                QStringLiteral("The line '%1' makes the code '%2' the special value %3 in CSPro; the reading "
-                               "kept %2 as an ordinary code%4.")
-                    .arg(line, entry->code, keyword, lost));
-}
-
-int TCSPro::fileLineOfCode(const QStringList &section, const QString &code)
-{
-    for (const QString &line : section) {
-        if (isValueLine(line) && line.midRef(6).contains(code))
-            return fileLineOf(line);
-    }
-    return 0;
-}
-
-void TCSPro::noteDroppedValueSet(const TCSProValueSet *valueSet, const QString &why, int line)
-{
-    if (!noteLines)
-        return;
-    addReadNote(line, valueSet->name, TReadNoteKind::ValueSetDropped,
-                QStringLiteral("Value set %1 dropped: %2.").arg(valueSet->name, why));
-}
-
-void TCSPro::noteDecimalCodes(const QStringList &section, const TCSProValueSet *valueSet, bool converted)
-{
-    if (!noteLines)
-        return;
-    // The codes the decimal answer concerns: those that are not integers.
-    QStringList codes;
-    for (const TValueSetItem *entry : qAsConst(*valueSet->items)) {
-        if (entry && !IsNumeric2(entry->code))
-            codes.append(entry->code);
-    }
-    if (codes.isEmpty())
-        return;
-    const int line = fileLineOfCode(section, codes.first());
-    const QString answer = answerText(decimalAnswer);
-    if (converted) {
-        addReadNote(line, valueSet->name, TReadNoteKind::ValueCodesChanged,
-                    QStringLiteral("Value set %1: the codes %2 are not whole numbers; the decimal prompt was "
-                                   "answered %3, so the reading turned them into 0.")
-                        .arg(valueSet->name, codes.join(QStringLiteral(", ")), answer));
-        return;
-    }
-    noteDroppedValueSet(valueSet,
-                        QStringLiteral("the codes %1 are not whole numbers and the decimal prompt was answered %2")
-                            .arg(codes.join(QStringLiteral(", ")), answer),
-                        line);
-}
-
-void TCSPro::noteNotIntegerCode(const QStringList &section, const TCSProValueSet *valueSet)
-{
-    if (!noteLines)
-        return;
-    for (const TValueSetItem *entry : qAsConst(*valueSet->items)) {
-        if (!entry || IsNumeric2(entry->code))
-            continue;
-        QString valueLine;
-        for (const QString &line : section) {
-            if (isValueLine(line) && line.midRef(6).contains(entry->code)) {
-                valueLine = line;
-                break;
-            }
-        }
-        const QString why = entry->code.contains(SPACECHR)
-            ? QStringLiteral("the value line '%1' lists several codes").arg(valueLine)
-            : QStringLiteral("the code '%1' of the value line '%2' is not a whole number").arg(entry->code, valueLine);
-        noteDroppedValueSet(valueSet, why, fileLineOf(valueLine));
-        return;
-    }
-}
-
-void TCSPro::noteLinkLine(const QString &linkLine, const TCSProValueSet *valueSet)
-{
-    if (noteLines && !linkLine.isEmpty())
-        noteLinkedValueSet(fileLineOf(linkLine), linkLine.mid(5).trimmed(), valueSet);
 }
 
 void TCSPro::noteLinkedValueSet(int line, const QString &link, const TCSProValueSet *valueSet)
@@ -812,35 +605,6 @@ void TCSPro::noteLinkedValueSet(int line, const QString &link, const TCSProValue
                 QStringLiteral("Value set %1 has no values of its own: CSPro fills it from value set %2, which "
                                "has the same link %3; the reading leaves it empty.")
                     .arg(valueSet->name, first.value(), link));
-}
-
-void TCSPro::noteFirstItemCopies(const TCSProValueSet *valueSet)
-{
-    if (!noteLines || firstItemCopies < 2 || items->size() < firstItemCopies
-        || currentItem != items->at(firstItemCopies - 1))
-        return;
-    addReadNote(noteSectionHeader + 1, firstItemName, TReadNoteKind::OccurrenceValueSet,
-                QStringLiteral("Item %1 is the dictionary's first item and has %2 occurrences; only its last "
-                               "copy gets value set %3, the other %4 copies get none.")
-                    .arg(firstItemName)
-                    .arg(firstItemCopies)
-                    .arg(valueSet->name)
-                    .arg(firstItemCopies - 1));
-}
-
-void TCSPro::noteUndecodableLine(int line, const QString &text)
-{
-    addReadNote(line, text.trimmed(), TReadNoteKind::UndecodableText,
-                QStringLiteral("Line %1 holds bytes that are not valid text; the reading kept a replacement "
-                               "character (U+FFFD) in their place: '%2'.")
-                    .arg(line)
-                    .arg(text.trimmed()));
-}
-
-void TCSPro::noteLimit(int line, const QString &subject, const QString &text)
-{
-    if (noteLines)
-        addReadNote(line, subject, TReadNoteKind::LimitReached, text);
 }
 
 void TCSPro::processOtherRanges(TCSProValueSet *valueSet, TValueSetItem *item)

@@ -6,11 +6,14 @@
 #include "CSProDictionary.h"
 #include "ReadNote.h"
 
+class TCSProTextNotes;
+
 #include <QHash>
 #include <QList>
 #include <QMap>
 #include <QMessageBox>
 #include <QObject>
+#include <QScopedPointer>
 #include <QString>
 #include <QStringList>
 
@@ -258,25 +261,7 @@ protected:
     }
 
 private:
-    // Reading notes. The section loop passes the file's lines through
-    // getSection(), which remembers where the section starts, so that a note
-    // can name the file line of a trimmed section line.
-    int fileLineOf(const QString &sectionLine);
-    QString sectionSubject(const QStringList &section) const;
-    QString readCommand(const QStringList &section, const QString &command, const QString &def,
-                        const int *intDefault);
-    void noteCommandFromOtherLine(const QStringList &section, const QString &command, const QString &usedLine,
-                                  const QString &usedValue, const int *intDefault);
-    void noteSpecialValue(const QString &line, const TValueSetItem *entry, const TCSProValueSet *valueSet);
-    int fileLineOfCode(const QStringList &section, const QString &code);
-    void noteDroppedValueSet(const TCSProValueSet *valueSet, const QString &why, int line);
-    void noteDecimalCodes(const QStringList &section, const TCSProValueSet *valueSet, bool converted);
-    void noteNotIntegerCode(const QStringList &section, const TCSProValueSet *valueSet);
-    void noteLinkLine(const QString &linkLine, const TCSProValueSet *valueSet);
-    void noteFirstItemCopies(const TCSProValueSet *valueSet);
-    void noteUndecodableLine(int line, const QString &text);
-    void noteLimit(int line, const QString &subject, const QString &text);
-    QString readCommandLine(const QStringList &section, const QString &command) const;
+    friend class TCSProTextNotes;
 
     // The steps of the [Item] and [ValueSet] sections.
     void readItemCommands(const QStringList &section, TCSProItem *item);
@@ -287,14 +272,11 @@ private:
     void readSpecialValue(const QString &line, TValueSetItem *pending, const TCSProValueSet *valueSet);
     bool decideDecimalCodes(const QStringList &section, TCSProValueSet *valueSet);
     void attachValueSet(TCSProValueSet *valueSet);
+    QString readCommand(const QStringList &section, const QString &command, const QString &def,
+                        const int *intDefault);
 
-    const QStringList *noteLines = nullptr;
-    int noteSectionHeader = -1;
-    // Where fileLineOf() looks first: notes mostly come in file order.
-    int noteCursor = 0;
-    // The copies of the dictionary's first item when it repeats all carry index 0.
-    int firstItemCopies = 0;
-    QString firstItemName;
+    // The reading notes of the text form (CSProTextNotes_p.h).
+    QScopedPointer<TCSProTextNotes> notes;
 
     int execMessageBox(const QString &text, const QString &informative, const QString &title,
                        QMessageBox::Icon icon);

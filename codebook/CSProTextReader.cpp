@@ -1,0 +1,16 @@
+#include "CodebookReaders_p.h"
+
+namespace KxCodebook {
+namespace detail {
+
+Codebook readCSProText(const QByteArray &data, const QString &fileName, Error *error)
+{
+    Q_UNUSED(data);
+    Q_UNUSED(fileName);
+    error->kind = Error::Malformed;
+    error->message = QStringLiteral("not read yet");
+    return Codebook();
+}
+
+} // namespace detail
+} // namespace KxCodebook

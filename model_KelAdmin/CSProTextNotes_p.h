@@ -1,0 +1,75 @@
+#ifndef CSPROTEXTNOTES_P_H
+#define CSPROTEXTNOTES_P_H
+
+// The reading notes of the CSPro text reader: the steps that find, for a
+// place where the reading drops or bends what the dictionary says, the file
+// line and the words of its note. TCSPro hands this work to them; they only
+// write notes and never change what is read. Not part of the public API.
+
+#include "KxText_p.h"
+
+#include <QString>
+#include <QStringList>
+
+class TCSPro;
+class TCSProValueSet;
+class TValueSetItem;
+
+inline bool isCSProValueLine(const QString &line)
+{
+    return kxtext::startsWithNoCase(line, QLatin1String("VALUE="));
+}
+
+class TCSProTextNotes
+{
+public:
+    explicit TCSProTextNotes(TCSPro &reader) : q(reader) {}
+
+    //! The file's lines for the load that starts; notes are written only while a load runs.
+    void startLoad(const QStringList *fileLines) { lines = fileLines; }
+    void endLoad() { lines = nullptr; }
+    //! A section starts at line index \a header of the file's lines.
+    void startSection(int header)
+    {
+        sectionHeaderIndex = header;
+        cursor = header + 1;
+    }
+    //! The index of the current section's header line.
+    int sectionHeader() const { return sectionHeaderIndex; }
+    //! The dictionary's first item, with the copies its occurrences made.
+    void rememberFirstItem(int copies, const QString &name)
+    {
+        firstItemCopies = copies;
+        firstItemName = name;
+    }
+
+    // Where things are: 1-based file lines of a section's trimmed lines.
+    int fileLineOf(const QString &sectionLine);
+    QString sectionSubject(const QStringList &section) const;
+    QString readCommandLine(const QStringList &section, const QString &command) const;
+    int fileLineOfCode(const QStringList &section, const QString &code);
+
+    // One step per kind of note.
+    void noteCommandFromOtherLine(const QStringList &section, const QString &command, const QString &usedLine,
+                                  const QString &usedValue, const int *intDefault);
+    void noteSpecialValue(const QString &line, const TValueSetItem *entry, const TCSProValueSet *valueSet);
+    void noteDroppedValueSet(const TCSProValueSet *valueSet, const QString &why, int line);
+    void noteDecimalCodes(const QStringList &section, const TCSProValueSet *valueSet, bool converted);
+    void noteNotIntegerCode(const QStringList &section, const TCSProValueSet *valueSet);
+    void noteLinkLine(const QString &linkLine, const TCSProValueSet *valueSet);
+    void noteFirstItemCopies(const TCSProValueSet *valueSet);
+    void noteUndecodableLine(int line, const QString &text);
+    void noteLimit(int line, const QString &subject, const QString &text);
+
+private:
+    TCSPro &q;
+    const QStringList *lines = nullptr;
+    int sectionHeaderIndex = -1;
+    // Where fileLineOf() looks first: notes mostly come in file order.
+    int cursor = 0;
+    // The copies of the dictionary's first item when it repeats all carry index 0.
+    int firstItemCopies = 0;
+    QString firstItemName;
+};
+
+#endif // CSPROTEXTNOTES_P_H

@@ -1,0 +1,187 @@
+#include "ColumnLayout.h"
+
+#include "TextOutput.h"
+
+#include <QVector>
+
+#include <algorithm>
+
+namespace kxinspect {
+
+bool hasColumnLayout(const InspectReport &report)
+{
+    return report.kind == InspectReport::Kind::Dictionary
+        && (report.source.format == QLatin1String("cspro") || report.source.format == QLatin1String("cspro8"));
+}
+
+namespace {
+
+//! The identification items belong to every record's line; the others to the record they were read into.
+bool belongsTo(const FieldRow &f, const QString &record)
+{
+    if (f.identification)
+        return true;
+    return (f.record.isEmpty() ? f.group : f.record) == record;
+}
+
+//! Why a field has no columns to draw, or an empty text.
+QString whyNotDrawn(const FieldRow &f)
+{
+    if (f.size < 1)
+        return QStringLiteral("%1: length %2").arg(printable(f.name)).arg(f.size);
+    if (f.start < 1)
+        return QStringLiteral("%1: start %2, before column 1").arg(printable(f.name)).arg(f.start);
+    if (qint64(f.start) + f.size - 1 > MaxDrawnColumn)
+        return QStringLiteral("%1: ends after column %2").arg(printable(f.name)).arg(MaxDrawnColumn);
+    return QString();
+}
+
+ColumnBox boxOfField(const FieldRow &f)
+{
+    ColumnBox box;
+    box.kind = f.subItem ? BoxKind::SubItem : f.identification ? BoxKind::IdentificationItem : BoxKind::Item;
+    box.name = f.name;
+    box.label = f.label;
+    box.start = f.start;
+    box.length = f.size;
+    return box;
+}
+
+bool byStart(const ColumnBox &a, const ColumnBox &b)
+{
+    return a.start < b.start;
+}
+
+//! Sorts the boxes by their start and gives each the first row where it overlaps nothing; returns the rows used.
+int assignLanes(QList<ColumnBox> &boxes)
+{
+    std::stable_sort(boxes.begin(), boxes.end(), byStart);
+    QVector<qint64> laneEnds;
+    for (ColumnBox &box : boxes) {
+        int lane = 0;
+        while (lane < laneEnds.size() && laneEnds.at(lane) >= box.start)
+            ++lane;
+        if (lane == laneEnds.size())
+            laneEnds.append(0);
+        laneEnds[lane] = box.end();
+        box.lane = lane;
+    }
+    return laneEnds.size();
+}
+
+//! How many boxes cover each column, index 1 to end (every drawn box ends by MaxDrawnColumn).
+QVector<int> coverageOf(const QList<ColumnBox> &boxes, qint64 end)
+{
+    QVector<int> covering(int(end) + 2, 0);
+    for (const ColumnBox &box : boxes) {
+        covering[int(box.start)] += 1;
+        covering[int(box.end()) + 1] -= 1;
+    }
+    for (int c = 1; c < covering.size(); ++c)
+        covering[c] += covering[c - 1];
+    return covering;
+}
+
+ColumnBox markBox(BoxKind kind, qint64 first, qint64 last)
+{
+    ColumnBox mark;
+    mark.kind = kind;
+    mark.start = first;
+    mark.length = last - first + 1;
+    return mark;
+}
+
+//! The names of the boxes that reach into \a mark's columns.
+QString namesOver(const ColumnBox &mark, const QList<ColumnBox> &boxes)
+{
+    QStringList names;
+    for (const ColumnBox &box : boxes) {
+        if (box.start <= mark.end() && box.end() >= mark.start && !names.contains(box.name))
+            names.append(box.name);
+    }
+    return names.join(QStringLiteral(", "));
+}
+
+/*! The runs of columns from 1 to \a end that no box covers (gaps) or that
+ * two boxes or more cover (overlaps); an overlap's label names its boxes. */
+QList<ColumnBox> marksOf(const QList<ColumnBox> &boxes, qint64 end)
+{
+    const QVector<int> covering = coverageOf(boxes, end);
+    auto kindAt = [&covering](qint64 c) { return covering.at(int(c)) == 0 ? 0 : covering.at(int(c)) == 1 ? 1 : 2; };
+    QList<ColumnBox> marks;
+    qint64 first = 1;
+    for (qint64 c = 1; c <= end; ++c) {
+        if (c < end && kindAt(c + 1) == kindAt(c))
+            continue;
+        if (kindAt(c) != 1)
+            marks.append(markBox(kindAt(c) == 0 ? BoxKind::Gap : BoxKind::Overlap, first, c));
+        first = c + 1;
+    }
+    for (ColumnBox &mark : marks) {
+        if (mark.kind == BoxKind::Overlap)
+            mark.label = namesOver(mark, boxes);
+    }
+    return marks;
+}
+
+//! The record-type code's columns as a box, when the dictionary has a record type.
+void addRecordTypeBox(const SourceDescription &source, const QString &code, RecordDrawing &drawing)
+{
+    if (source.recordTypeLength < 1 || source.recordTypeStart < 1
+        || qint64(source.recordTypeStart) + source.recordTypeLength - 1 > MaxDrawnColumn)
+        return;
+    ColumnBox box;
+    box.kind = BoxKind::RecordType;
+    box.name = code;
+    box.start = source.recordTypeStart;
+    box.length = source.recordTypeLength;
+    drawing.boxes.append(box);
+    drawing.end = qMax(drawing.end, box.end());
+}
+
+void addFieldBox(const FieldRow &f, RecordDrawing &drawing)
+{
+    const QString reason = whyNotDrawn(f);
+    if (!reason.isEmpty()) {
+        drawing.notDrawn.append(reason);
+        return;
+    }
+    const ColumnBox box = boxOfField(f);
+    if (box.kind == BoxKind::SubItem)
+        drawing.subItems.append(box);
+    else
+        drawing.boxes.append(box);
+    drawing.end = qMax(drawing.end, box.end());
+}
+
+RecordDrawing drawingOf(const InspectReport &report, const QString &name, const QString &code, bool everyField)
+{
+    RecordDrawing drawing;
+    drawing.name = name;
+    drawing.recordType = code;
+    addRecordTypeBox(report.source, code, drawing);
+    for (const FieldRow &f : report.fields) {
+        if (everyField || belongsTo(f, name))
+            addFieldBox(f, drawing);
+    }
+    drawing.itemLanes = assignLanes(drawing.boxes);
+    drawing.subItemLanes = assignLanes(drawing.subItems);
+    drawing.marks = marksOf(drawing.boxes, drawing.end);
+    return drawing;
+}
+
+} // namespace
+
+QList<RecordDrawing> recordDrawingsOf(const InspectReport &report)
+{
+    QList<RecordDrawing> drawings;
+    if (!hasColumnLayout(report))
+        return drawings;
+    for (const GroupRow &g : report.groups)
+        drawings.append(drawingOf(report, g.name, g.recordType, false));
+    if (report.groups.isEmpty() && !report.fields.isEmpty())
+        drawings.append(drawingOf(report, QString(), QString(), true));
+    return drawings;
+}
+
+} // namespace kxinspect
