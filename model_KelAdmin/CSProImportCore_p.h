@@ -6,6 +6,7 @@
 
 #include "CSProDictionary.h"
 #include "CSProImportCore.h"
+#include "CSProVariable.h"
 #include "KxConstants.h"
 
 #include "KxTrace_p.h"

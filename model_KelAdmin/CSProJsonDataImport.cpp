@@ -2,13 +2,6 @@
 
 #include "CSProImportCore_p.h"
 
-TCSProJsonVariable::TCSProJsonVariable(TDataImport *owner, TCSProItem *item)
-    : TCSProVariable(owner, item)
-{
-}
-
-TCSProJsonVariable::~TCSProJsonVariable() = default;
-
 template <>
 struct CSProImportTraits<TCSProJson>
 {

@@ -6,15 +6,6 @@
 #include "CSProDataImport.h"
 #include "CSProJson.h"
 
-//! One item of a CSPro 8 JSON dictionary as a generic field.
-class MODEL_KELADMIN_EXPORT TCSProJsonVariable : public TCSProVariable
-{
-public:
-    //! A field for the dictionary item \a item, made by \a owner; neither is owned.
-    explicit TCSProJsonVariable(TDataImport *owner, TCSProItem *item = nullptr);
-    ~TCSProJsonVariable() override;
-};
-
 extern template class TCSProImportCore<TCSProJson, TCSProJsonVariable>;
 
 /*! \brief Importer of a CSPro 8 dictionary in its JSON form ("CSPRO8").

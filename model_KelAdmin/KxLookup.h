@@ -144,28 +144,13 @@ private:
     void closeReader();
     void nextLine(const QString &line);
 
+    // The reading's own types, defined in KxLookupImport_p.h.
     class LineReader;
-    // One line of the file as importAVL() reads it.
-    struct LookupPair
-    {
-        QString key;
-        QString label;
-        int line = 0;
-    };
-    // A message found while reading, issued once the duplicates are known.
-    // Within one line the kinds come in this order.
-    struct PendingMessage
-    {
-        enum Kind { NoSeparator, WrongKeySize, DuplicateKey };
-        int line;
-        Kind kind;
-        QString key;
-        int referenceKeySize = 0;
-    };
+    struct LookupPair;
+    struct PendingMessage;
+    enum class KeyOrder;
     // Splits \a line at the separator; false (key and label untouched) when there is none before it.
     bool splitLine(QStringView line, QString &key, QString &label) const;
-    // How the keys came in the file.
-    enum class KeyOrder { Ascending, AscendingWithRepeats, Unordered };
     // Reads every line into pairs.
     KeyOrder readPairs(LineReader &reader, std::deque<LookupPair> &pairs, std::vector<PendingMessage> &pending);
     void enterPairs(std::deque<LookupPair> &pairs, bool noDuplicates, TKxLabelFrequencies &frequencies,

@@ -4,7 +4,7 @@
 // The definitions of TReadStatImportCore, included by the two importers'
 // sources, which give the format's traits and instantiate the template.
 
-#include "ReadStatCommon_p.h"
+#include "ReadStatFileAccess_p.h"
 #include "ReadStatImportCore.h"
 
 #include "KxTrace_p.h"

@@ -4,7 +4,7 @@
 // Internal to the SPSS and Stata importers: the reading notes, one English
 // sentence each, on what a variable or label set loses in the reading.
 
-#include "ReadStatCommon_p.h"
+#include "ReadStatVariables_p.h"
 
 namespace kxreadstat {
 

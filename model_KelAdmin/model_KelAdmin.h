@@ -26,6 +26,7 @@
 #include "KxRecord.h"
 #include "KxDataProvider.h"
 #include "CSProImportCore.h"
+#include "CSProVariable.h"
 #include "CSProDataImport.h"
 #include "CSProJsonDataImport.h"
 

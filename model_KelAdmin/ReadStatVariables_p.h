@@ -1,19 +1,16 @@
-#ifndef READSTATCOMMON_P_H
-#define READSTATCOMMON_P_H
+#ifndef READSTATVARIABLES_P_H
+#define READSTATVARIABLES_P_H
 
-// Internal to the SPSS and Stata importers: the value-label store, the
-// passes over the file, the rules both importers share and the reading
-// notes they give. Not part of the public API and not included by the
-// umbrella header.
+// Internal to the SPSS and Stata importers: the value-label store and the
+// rules by which both describe a variable as a field, with the reading notes
+// they give. Not part of the public API.
 
 #include "ReadNote.h"
 
 #include <QByteArray>
-#include <QDateTime>
 #include <QList>
 #include <QMap>
 #include <QString>
-#include <QStringList>
 
 #include <readstat.h>
 
@@ -57,8 +54,6 @@ struct LabelSets
     QMap<QByteArray, LabelSet> sets;
 };
 
-enum class FileKind { Sav, Dta };
-
 //! How the text ReadStat hands over is turned into QString.
 enum class TextKind {
     Ascii,  //!< plain ASCII; Qt reads it as Latin-1, so other bytes map one to one
@@ -97,38 +92,6 @@ void describeVariable(TGenericField *field, const readstat_variable_t *variable,
 //! One label-set-unused note for every set that no variable named.
 TReadNotes unusedLabelSetNotes(const LabelSets &sets);
 
-//! What the file says about itself, from ReadStat's metadata record.
-struct FileFacts
-{
-    int formatVersion = 0;  //!< 0 when unknown
-    QString encoding;       //!< empty when unknown
-    QString byteOrder;      //!< "little-endian", "big-endian" or empty
-    QDateTime creationTime; //!< invalid when unknown
-    QString label;
-};
-
-//! What an importer holds between and after the passes.
-struct Dictionary
-{
-    QList<TGenericField *> variables;
-    //! Keyed by the address of ReadStat's name text; filled, never consulted.
-    QMap<const void *, TGenericField *> variablesByName;
-    LabelSets labelSets;
-    //! -1 when the file does not say.
-    qint64 rowCount = -1;
-    qint64 variableCount = 0;
-    FileFacts facts;
-    //! ReadStat's result of the last variable pass (READSTAT_OK before any).
-    int parseError = READSTAT_OK;
-
-    //! Empties the label sets and forgets what the last file said.
-    void startRead();
-    void addVariable(TGenericField *field, const readstat_variable_t *variable);
-    //! Keeps the first two members of the record: row count and variable count.
-    void copyMetadata(const readstat_metadata_t *metadata);
-    QStringList labelSetNames() const;
-};
-
 QString toText(const char *text, TextKind kind);
 //! Number of decimals of a format text (F8.2 → 2, %10.2f → 2, A20 → 0); 0 when absent.
 int formatDecimals(const char *format);
@@ -137,29 +100,6 @@ int formatWidthDigit(const char *format);
 //! The digit 9 repeated \a count times (clamped to 0 .. 65535).
 QString nines(qint64 count);
 
-//! The handlers of one pass; null ones are not set.
-struct PassHandlers
-{
-    readstat_value_label_handler valueLabels = nullptr;
-    readstat_variable_handler variables = nullptr;
-    //! When not null, the pass records the file's metadata here.
-    Dictionary *metadata = nullptr;
-};
-
-/*! Runs one pass of ReadStat over \a path (local 8-bit encoding) with only the
- * given handlers, each receiving \a importer, and frees the parser. SAV files
- * are read through a handler that presents a neutral creation date, so
- * headers written with a non-English month name are accepted. */
-readstat_error_t parsePass(FileKind kind, const QByteArray &path, const PassHandlers &handlers, void *importer);
-
-/*! The two passes of a dictionary read; returns the result of the second.
- * The first pass (value labels) also records the file's metadata in
- * \a dictionary. A SAV file delivers it after every value label, so the
- * file-label conversion ReadStat then adds cannot cut the labels short; a
- * Stata pass always had a metadata handler. */
-readstat_error_t parseDictionary(FileKind kind, const QString &path, readstat_value_label_handler valueLabels,
-                                 readstat_variable_handler variables, void *importer, Dictionary *dictionary);
-
 } // namespace kxreadstat
 
-#endif // READSTATCOMMON_P_H
+#endif // READSTATVARIABLES_P_H
