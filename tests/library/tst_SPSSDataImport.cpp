@@ -133,22 +133,6 @@ TEST(SpssVariable, StringFieldIsBlankExactlyWhenTrimmedValueIsEmpty)
 
 // --- identity -------------------------------------------------------------
 
-TEST(SpssImport, TypeIsSpssAndIdIsSpssUnderscoreSourceName)
-{
-    TSPSSDataImport importer(QStringLiteral("/data/survey.sav"));
-    EXPECT_EQ(importer.getDataProviderType(), QStringLiteral("SPSS"));
-    EXPECT_EQ(importer.getDataProviderId(), QStringLiteral("SPSS_/data/survey.sav"));
-}
-
-TEST(SpssImport, OpenFileReturnsTrueAndSetsOpeningValueToOne)
-{
-    QTemporaryDir dir;
-    const QString path = writeReadStatFile(dir, QStringLiteral("s.sav"), sampleSav(Container::Sav));
-    TSPSSDataImport importer(path);
-    EXPECT_TRUE(importer.openFile());
-    EXPECT_EQ(importer.getOpeningValue(), 1.0);
-}
-
 // --- the dictionary of each SAV flavour -----------------------------------
 
 class SpssContainers : public ::testing::TestWithParam<Container>
@@ -390,15 +374,6 @@ TEST(SpssCallbacks, ValueLabelWithoutLabelIsDroppedButItsSetIsCreated)
     expectField(importer.getVariables().first(), {"v", "", 1, 3, "0", "999", ""});
 }
 
-TEST(SpssCallbacks, StringReferenceValueBecomesTheMarkerMinus88)
-{
-    TSPSSDataImport importer;
-    handle_value_label_spss("set", readStatValue(READSTAT_TYPE_STRING_REF), "Ref", &importer);
-    readstat_variable_t v = readStatRecord(READSTAT_TYPE_DOUBLE, "v", "F8.2");
-    handle_variable_spss(0, &v, "set", &importer);
-    expectField(importer.getVariables().first(), {"v", "", 2, 8, "-88", "-88", "-88 Ref\t"});
-}
-
 TEST(SpssCallbacks, IntegerValuesAreSignExtendedAndFloatsTakenAsDoubles)
 {
     TSPSSDataImport importer;
@@ -430,14 +405,6 @@ TEST(SpssCallbacks, IntegerStorageTypesGiveIntegerFields)
         EXPECT_EQ(field->getFieldType(), 1);
 }
 
-TEST(SpssCallbacks, StringReferenceVariableIsReadAsString)
-{
-    TSPSSDataImport importer;
-    readstat_variable_t v = readStatRecord(READSTAT_TYPE_STRING_REF, "s", "A9");
-    handle_variable_spss(0, &v, nullptr, &importer);
-    expectField(importer.getVariables().first(), {"s", "", 3, 9, "", "", ""});
-}
-
 TEST(SpssCallbacks, AbsentNameLabelAndFormatGiveEmptyTextsAndWidth0)
 {
     TSPSSDataImport importer;
@@ -466,18 +433,6 @@ TEST(SpssCallbacks, HugeNegativeLabelledNumberIsClampedToTheLowestInteger)
     EXPECT_EQ(importer.getVariables().first()->getValueLabels(), QStringLiteral("-2147483648 Debt\t"));
 }
 
-TEST(SpssCallbacks, MetadataCallbackCopiesRowAndVariableCounts)
-{
-    TSPSSDataImport importer;
-    readstat_metadata_t metadata;
-    std::memset(&metadata, 0, sizeof metadata);
-    metadata.row_count = 42;
-    metadata.var_count = 7;
-    EXPECT_EQ(handle_metadata_spss(&metadata, &importer), 0);
-    EXPECT_EQ(importer.getRowCount(), 42);
-    EXPECT_EQ(importer.getVariableCount(), 7);
-}
-
 // --- what the file says about itself -------------------------------------
 
 QDateTime localTime(int year, int month, int day, int hour, int minute, int second)
@@ -490,17 +445,6 @@ QString hostByteOrder()
 {
     return QSysInfo::ByteOrder == QSysInfo::LittleEndian ? QStringLiteral("little-endian")
                                                          : QStringLiteral("big-endian");
-}
-
-TEST(SpssMetadata, FreshImporterKnowsNothingAboutTheFile)
-{
-    TSPSSDataImport importer;
-    EXPECT_EQ(importer.getRowCount(), -1);
-    EXPECT_EQ(importer.getFileFormatVersion(), 0);
-    EXPECT_TRUE(importer.getFileEncoding().isEmpty());
-    EXPECT_TRUE(importer.getByteOrder().isEmpty());
-    EXPECT_FALSE(importer.getCreationTime().isValid());
-    EXPECT_TRUE(importer.getFileLabel().isEmpty());
 }
 
 TEST(SpssMetadata, RowCountVersionEncodingByteOrderTimeAndLabelAreThoseWritten)
@@ -598,19 +542,6 @@ INSTANTIATE_TEST_SUITE_P(
                       HeaderDateCase{"MonthInSmallLetters", "18 dec 20", QDate()}),
     [](const ::testing::TestParamInfo<HeaderDateCase> &info) { return std::string(info.param.name); });
 
-TEST(SpssMetadata, UnreadableFileSaysNothing)
-{
-    QTemporaryDir dir;
-    TSPSSDataImport importer(dir.filePath(QStringLiteral("absent.sav")));
-    importer.openFile();
-    EXPECT_EQ(importer.getRowCount(), -1);
-    EXPECT_EQ(importer.getVariableCount(), 0);
-    EXPECT_EQ(importer.getFileFormatVersion(), 0);
-    EXPECT_TRUE(importer.getFileEncoding().isEmpty());
-    EXPECT_TRUE(importer.getByteOrder().isEmpty());
-    EXPECT_FALSE(importer.getCreationTime().isValid());
-}
-
 TEST(SpssMetadata, ReopeningForgetsTheEarlierFile)
 {
     QTemporaryDir dir;
@@ -640,19 +571,6 @@ TEST(SpssMetadata, CensusSample)
 }
 
 // --- parse errors in words ------------------------------------------------
-
-TEST(SpssParseError, NothingParsedYetAndAReadFileGiveZeroAndNoText)
-{
-    TSPSSDataImport fresh;
-    EXPECT_EQ(fresh.getParseError(), 0);
-    EXPECT_TRUE(fresh.getParseErrorText().isEmpty());
-
-    QTemporaryDir dir;
-    TSPSSDataImport importer(writeReadStatFile(dir, QStringLiteral("ok.sav"), sampleSav(Container::Sav)));
-    importer.openFile();
-    EXPECT_EQ(importer.getParseError(), 0);
-    EXPECT_TRUE(importer.getParseErrorText().isEmpty());
-}
 
 TEST(SpssParseError, TruncatedFileGivesReadStatsReadErrorInWords)
 {
@@ -929,16 +847,6 @@ TEST(SpssCallbackNotes, HugeLabelledNumberClampedToTheIntegerRangeIsNoted)
                 {fileNote("v", "label-value-truncated",
                           "Variable v has the label 'Big' for the value 1000000000000 in label set set; as the "
                           "variable has no decimals, the reading cut the value to 2147483647.")});
-}
-
-// ReadStat 1.1.8 delivers SAV value labels only as doubles and strings, so an
-// unknown type can only be handed to the callback directly.
-TEST(SpssCallbacksDeathTest, UnknownValueTypeEndsTheProcessWithStatus1)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    TSPSSDataImport importer;
-    EXPECT_EXIT(handle_value_label_spss("set", readStatValue(static_cast<readstat_type_t>(42)), "x", &importer),
-                ::testing::ExitedWithCode(1), "model_KelAdmin/SPSSDataImport:304 unsupported type!\n");
 }
 
 } // namespace

@@ -134,21 +134,6 @@ TEST(StataVariable, OnlyAStringWhoseTrimmedValueIsEmptyIsBlank)
 
 // --- identity -------------------------------------------------------------
 
-TEST(StataImport, TypeIsStataAndIdIsStataUnderscoreSourceName)
-{
-    TSTATADataImport importer(QStringLiteral("/data/survey.dta"));
-    EXPECT_EQ(importer.getDataProviderType(), QStringLiteral("STATA"));
-    EXPECT_EQ(importer.getDataProviderId(), QStringLiteral("STATA_/data/survey.dta"));
-}
-
-TEST(StataImport, OpenFileReturnsTrueAndSetsOpeningValueToOne)
-{
-    QTemporaryDir dir;
-    TSTATADataImport importer(writeReadStatFile(dir, QStringLiteral("s.dta"), sampleDta(118)));
-    EXPECT_TRUE(importer.openFile());
-    EXPECT_EQ(importer.getOpeningValue(), 1.0);
-}
-
 // --- the dictionary of each DTA version -----------------------------------
 
 class StataVersions : public ::testing::TestWithParam<int>
@@ -337,15 +322,6 @@ TEST(StataCallbacks, ValueLabelForMinusOneAsDoubleIsLeftOut)
     expectField(importer.getVariables().first(), {"v", "", 2, 8, "5", "5", "5 Five\t"});
 }
 
-TEST(StataCallbacks, StringReferenceValueBecomesTheMarkerMinus88)
-{
-    TSTATADataImport importer;
-    handle_value_label_stata("set", readStatValue(READSTAT_TYPE_STRING_REF), "Ref", &importer);
-    readstat_variable_t v = readStatRecord(READSTAT_TYPE_INT32, "v", "%12.0g", "", 4);
-    handle_variable_stata(0, &v, "set", &importer);
-    expectField(importer.getVariables().first(), {"v", "", 1, 4, "-88", "-88", "-88 Ref\t"});
-}
-
 TEST(StataCallbacks, StringVariableKeepsNoBoundsFromItsLabelsButGetsTheWidthBounds)
 {
     TSTATADataImport importer;
@@ -353,14 +329,6 @@ TEST(StataCallbacks, StringVariableKeepsNoBoundsFromItsLabelsButGetsTheWidthBoun
     readstat_variable_t v = readStatRecord(READSTAT_TYPE_STRING, "s", "%3s", "", 3);
     handle_variable_stata(0, &v, "set", &importer);
     expectField(importer.getVariables().first(), {"s", "", 3, 3, "0", "999", "ab Ab\t"});
-}
-
-TEST(StataCallbacks, StringReferenceVariableIsReadAsString)
-{
-    TSTATADataImport importer;
-    readstat_variable_t v = readStatRecord(READSTAT_TYPE_STRING_REF, "s", "%9s", "", 0);
-    handle_variable_stata(0, &v, nullptr, &importer);
-    expectField(importer.getVariables().first(), {"s", "", 3, 0, "0", "", ""});
 }
 
 TEST(StataCallbacks, VariableAndValueLabelsAreReadAsLatin1)
@@ -383,18 +351,6 @@ TEST(StataCallbacks, AbsentNameLabelAndFormatGiveEmptyTexts)
     expectField(importer.getVariables().first(), {"", "", 2, 8, "0", "99999999", ""});
 }
 
-TEST(StataCallbacks, MetadataCallbackCopiesRowAndVariableCounts)
-{
-    TSTATADataImport importer;
-    readstat_metadata_t metadata;
-    std::memset(&metadata, 0, sizeof metadata);
-    metadata.row_count = 1234;
-    metadata.var_count = 56;
-    EXPECT_EQ(handle_metadata_stata(&metadata, &importer), 0);
-    EXPECT_EQ(importer.getRowCount(), 1234);
-    EXPECT_EQ(importer.getVariableCount(), 56);
-}
-
 // --- what the file says about itself -------------------------------------
 
 QDateTime localTime(int year, int month, int day, int hour, int minute)
@@ -407,17 +363,6 @@ QString hostByteOrder()
 {
     return QSysInfo::ByteOrder == QSysInfo::LittleEndian ? QStringLiteral("little-endian")
                                                          : QStringLiteral("big-endian");
-}
-
-TEST(StataMetadata, FreshImporterKnowsNothingAboutTheFile)
-{
-    TSTATADataImport importer;
-    EXPECT_EQ(importer.getRowCount(), -1);
-    EXPECT_EQ(importer.getFileFormatVersion(), 0);
-    EXPECT_TRUE(importer.getFileEncoding().isEmpty());
-    EXPECT_TRUE(importer.getByteOrder().isEmpty());
-    EXPECT_FALSE(importer.getCreationTime().isValid());
-    EXPECT_TRUE(importer.getFileLabel().isEmpty());
 }
 
 class StataMetadataVersions : public ::testing::TestWithParam<int>
@@ -451,17 +396,6 @@ INSTANTIATE_TEST_SUITE_P(Dta, StataMetadataVersions, ::testing::Values(114, 117,
                              return "Version" + std::to_string(info.param);
                          });
 
-TEST(StataMetadata, UnreadableFileSaysNothing)
-{
-    QTemporaryDir dir;
-    TSTATADataImport importer(dir.filePath(QStringLiteral("absent.dta")));
-    stdoutOfOpen(&importer);
-    EXPECT_EQ(importer.getRowCount(), -1);
-    EXPECT_EQ(importer.getFileFormatVersion(), 0);
-    EXPECT_TRUE(importer.getByteOrder().isEmpty());
-    EXPECT_FALSE(importer.getCreationTime().isValid());
-}
-
 // samples/census.dta: format 118, 12 rows of 16 variables, timestamp "21 Nov 2026 09:13".
 TEST(StataMetadata, CensusSample)
 {
@@ -478,19 +412,6 @@ TEST(StataMetadata, CensusSample)
 }
 
 // --- parse errors in words ------------------------------------------------
-
-TEST(StataParseError, NothingParsedYetAndAReadFileGiveZeroAndNoText)
-{
-    TSTATADataImport fresh;
-    EXPECT_EQ(fresh.getParseError(), 0);
-    EXPECT_TRUE(fresh.getParseErrorText().isEmpty());
-
-    QTemporaryDir dir;
-    TSTATADataImport importer(writeReadStatFile(dir, QStringLiteral("ok.dta"), sampleDta(118)));
-    importer.openFile();
-    EXPECT_EQ(importer.getParseError(), 0);
-    EXPECT_TRUE(importer.getParseErrorText().isEmpty());
-}
 
 // A DTA file starts with "<stata_dta>" or its format version (104 to 119) as one byte.
 TEST(StataParseError, RandomBytesGiveTheUnsupportedVersionErrorInWordsBesideTheErrorLine)
@@ -683,16 +604,6 @@ TEST(StataCallbackNotes, UserMissingValuesOfTheRecordAreListed)
     expectNotes(importer.getReadNotes(),
                 {fileNote("v", "user-missing-not-read",
                           "Variable v declares the user-missing values 97 to 99; the reading kept none of them.")});
-}
-
-// ReadStat 1.1.8 delivers DTA value labels only as 32-bit integers, so an
-// unknown type can only be handed to the callback directly.
-TEST(StataCallbacksDeathTest, UnknownValueTypeEndsTheProcessWithStatus1)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    TSTATADataImport importer;
-    EXPECT_EXIT(handle_value_label_stata("set", readStatValue(static_cast<readstat_type_t>(42)), "x", &importer),
-                ::testing::ExitedWithCode(1), "model_KelAdmin/STATADataImport:282 unsupported type!\n");
 }
 
 } // namespace
