@@ -1,6 +1,6 @@
 cmake_minimum_required(VERSION 3.16)
-# Installs the built library into a scratch prefix, builds each program of
-# examples/ against it as its own CMake project, and runs each on files of
+# Installs the built library into a scratch prefix, builds the programs of
+# examples/ against it (one CMake project), and runs each on files of
 # samples/ (and on a broken lookup file written here) for lines it must print.
 # Arguments: BUILD_DIR, EXAMPLES_DIR, SAMPLES_DIR, WORK_DIR, EXTRA_FLAGS.
 file(REMOVE_RECURSE "${WORK_DIR}")
@@ -10,24 +10,22 @@ if(rc)
   message(FATAL_ERROR "install failed: ${rc}")
 endif()
 
-foreach(example list-fields check-lookup record-tree)
-  execute_process(COMMAND "${CMAKE_COMMAND}" -S "${EXAMPLES_DIR}/${example}" -B "${WORK_DIR}/${example}"
-                  "-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix" "-DCMAKE_EXE_LINKER_FLAGS=${EXTRA_FLAGS}"
-                  RESULT_VARIABLE rc OUTPUT_QUIET)
-  if(rc)
-    message(FATAL_ERROR "configuring ${example} failed: ${rc}")
-  endif()
-  execute_process(COMMAND "${CMAKE_COMMAND}" --build "${WORK_DIR}/${example}" RESULT_VARIABLE rc OUTPUT_QUIET)
-  if(rc)
-    message(FATAL_ERROR "building ${example} failed: ${rc}")
-  endif()
-endforeach()
+execute_process(COMMAND "${CMAKE_COMMAND}" -S "${EXAMPLES_DIR}" -B "${WORK_DIR}/examples"
+                "-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix" "-DCMAKE_EXE_LINKER_FLAGS=${EXTRA_FLAGS}"
+                RESULT_VARIABLE rc OUTPUT_QUIET)
+if(rc)
+  message(FATAL_ERROR "configuring the examples failed: ${rc}")
+endif()
+execute_process(COMMAND "${CMAKE_COMMAND}" --build "${WORK_DIR}/examples" RESULT_VARIABLE rc OUTPUT_QUIET)
+if(rc)
+  message(FATAL_ERROR "building the examples failed: ${rc}")
+endif()
 
 # run(EXAMPLE EXIT_STATUS ARGUMENTS... EXPECT line... [MATCH regex...]): each
 # expected line must be a whole line of the output; each regex must match one.
 function(run example status)
   cmake_parse_arguments(RUN "" "" "ARGS;EXPECT;MATCH" ${ARGN})
-  execute_process(COMMAND "${WORK_DIR}/${example}/${example}" ${RUN_ARGS}
+  execute_process(COMMAND "${WORK_DIR}/examples/${example}" ${RUN_ARGS}
                   RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
   if(NOT rc STREQUAL status)
     message(FATAL_ERROR "${example} ${RUN_ARGS}: exit ${rc}, expected ${status}\n${out}\n${err}")
