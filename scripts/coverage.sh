@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Measures the test suite's coverage of the library and the tools: builds the
 # project with gcc --coverage (Debug, -O0) in its own folder, runs the whole
-# CTest suite and prints, per file of model_KelAdmin/ and tools/ (tools/inspect/
-# included), line coverage and branch coverage counted two ways: raw, and
+# CTest suite and prints, per file of model_KelAdmin/, codebook/ and tools/
+# (the inspector), line coverage and branch coverage counted two ways: raw, and
 # without the branches gcc adds for exceptions and those it marks unreachable
 # (gcovr --exclude-throw-branches --exclude-unreachable-branches). The table
 # ends with one TOTAL line. tests/, bench/, fuzz/, examples/ and generated files
@@ -78,8 +78,8 @@ gcovr_summary() {
     local r b; r="$(regex_escape "$root")" b="$(regex_escape "$build")"
     # CMake's compiler check leaves a .gcno without sources: not searched.
     gcovr --root "$root" --object-directory "$build" \
-        --filter "$r/model_KelAdmin/" --filter "$r/tools/" \
-        --exclude '.*_autogen/.*' --exclude '.*/moc_[^/]*' --exclude "$r/tools/make-samples/.*" \
+        --filter "$r/model_KelAdmin/" --filter "$r/codebook/" --filter "$r/tools/" \
+        --exclude '.*_autogen/.*' --exclude '.*/moc_[^/]*' \
         --exclude-directories "$b/CMakeFiles/[0-9].*" \
         "$@" --json-summary "$out" --json-summary-pretty
 }

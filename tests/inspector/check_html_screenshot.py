@@ -28,7 +28,7 @@ CHROMIUM = "/usr/bin/chromium"
 SKIPPED = 77
 WIDTH, HEIGHT = 1280, 2000
 
-# Colours the page's style gives the drawing and the tables (tools/inspect/HtmlWriter.cpp).
+# Colours the page's style gives the drawing and the tables (tools/keladmin-inspect/write/HtmlWriter.cpp).
 ITEM = (0xDB, 0xE9, 0xF6)
 IDENTIFICATION = (0xE4, 0xDC, 0xF2)
 RECORD_TYPE = (0xFB, 0xD3, 0x8D)

@@ -2,7 +2,7 @@
 #define FUZZREADERS_H
 
 // The reader entry points shared by the fuzz targets, the test that replays
-// their findings (tests/tst_FuzzRegressions.cpp) and the benchmarks: one function per
+// their findings (tests/library/tst_FuzzRegressions.cpp) and the benchmarks: one function per
 // reader that takes the bytes of an input file, runs the reader over it as
 // the front end would and frees what the reader built.
 
