@@ -1,12 +1,7 @@
 # Installs the built library into a scratch prefix, checks its pkg-config
 # file, builds the qmake consumer through it and runs the consumer.
 # Arguments: BUILD_DIR, SOURCE_DIR, WORK_DIR, QMAKE, LIBDIR, VERSION, EXTRA_FLAGS.
-file(REMOVE_RECURSE "${WORK_DIR}")
-execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${WORK_DIR}/prefix"
-                RESULT_VARIABLE rc OUTPUT_QUIET)
-if(rc)
-  message(FATAL_ERROR "install failed: ${rc}")
-endif()
+include("${CMAKE_CURRENT_LIST_DIR}/../install-prefix.cmake")
 set(ENV{PKG_CONFIG_PATH} "${WORK_DIR}/prefix/${LIBDIR}/pkgconfig")
 
 execute_process(COMMAND pkg-config --modversion model_KelAdmin

@@ -3,22 +3,8 @@
 # an empty LD_LIBRARY_PATH, so only its run path can find the library.
 # Arguments: BUILD_DIR, SOURCE_DIR, WORK_DIR, EXTRA_FLAGS, INSPECTOR (1 when
 # the tools are built), VERSION (the project's version).
-file(REMOVE_RECURSE "${WORK_DIR}")
-execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${WORK_DIR}/prefix"
-                RESULT_VARIABLE rc OUTPUT_QUIET)
-if(rc)
-  message(FATAL_ERROR "install failed: ${rc}")
-endif()
-execute_process(COMMAND "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${WORK_DIR}/build"
-                "-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix" "-DCMAKE_EXE_LINKER_FLAGS=${EXTRA_FLAGS}"
-                RESULT_VARIABLE rc)
-if(rc)
-  message(FATAL_ERROR "configuring the consumer failed: ${rc}")
-endif()
-execute_process(COMMAND "${CMAKE_COMMAND}" --build "${WORK_DIR}/build" RESULT_VARIABLE rc)
-if(rc)
-  message(FATAL_ERROR "building the consumer failed: ${rc}")
-endif()
+include("${CMAKE_CURRENT_LIST_DIR}/../install-prefix.cmake")
+kx_build_against_prefix("the consumer" "${SOURCE_DIR}" "${WORK_DIR}/build")
 execute_process(COMMAND "${CMAKE_COMMAND}" -E env QT_QPA_PLATFORM=offscreen "${WORK_DIR}/build/kx_consumer"
                 RESULT_VARIABLE rc OUTPUT_VARIABLE out)
 if(rc OR NOT out MATCHES "System Error. Format not registered" OR NOT out MATCHES "tooltip: /d1/d3/f.dat\n")

@@ -3,23 +3,9 @@ cmake_minimum_required(VERSION 3.16)
 # examples/ against it (one CMake project), and runs each on files of
 # samples/ (and on a broken lookup file written here) for lines it must print.
 # Arguments: BUILD_DIR, EXAMPLES_DIR, SAMPLES_DIR, WORK_DIR, EXTRA_FLAGS.
-file(REMOVE_RECURSE "${WORK_DIR}")
-execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${WORK_DIR}/prefix"
-                RESULT_VARIABLE rc OUTPUT_QUIET)
-if(rc)
-  message(FATAL_ERROR "install failed: ${rc}")
-endif()
+include("${CMAKE_CURRENT_LIST_DIR}/../install-prefix.cmake")
 
-execute_process(COMMAND "${CMAKE_COMMAND}" -S "${EXAMPLES_DIR}" -B "${WORK_DIR}/examples"
-                "-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix" "-DCMAKE_EXE_LINKER_FLAGS=${EXTRA_FLAGS}"
-                RESULT_VARIABLE rc OUTPUT_QUIET)
-if(rc)
-  message(FATAL_ERROR "configuring the examples failed: ${rc}")
-endif()
-execute_process(COMMAND "${CMAKE_COMMAND}" --build "${WORK_DIR}/examples" RESULT_VARIABLE rc OUTPUT_QUIET)
-if(rc)
-  message(FATAL_ERROR "building the examples failed: ${rc}")
-endif()
+kx_build_against_prefix("the examples" "${EXAMPLES_DIR}" "${WORK_DIR}/examples")
 
 # run(EXAMPLE EXIT_STATUS ARGUMENTS... EXPECT line... [MATCH regex...]): each
 # expected line must be a whole line of the output; each regex must match one.
