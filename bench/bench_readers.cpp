@@ -13,6 +13,8 @@
 #include "SPSSDataImport.h"
 #include "STATADataImport.h"
 
+#include <KxCodebook.h>
+
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
@@ -345,6 +347,87 @@ void BM_CSProJson(benchmark::State &state)
     dictionaryBenchmark<TCSProJson>(state, cSProJsonInput(items), true, "json/" + std::to_string(items));
 }
 
+// The codebook library's reading of the same dictionaries, against the same baselines.
+void codebookBenchmark(benchmark::State &state, const QString &path, bool json, const std::string &key)
+{
+    const int items = int(state.range(0));
+    double subject = 0;
+    double baseline = 0;
+    int variables = 0;
+    for (auto _ : state) {
+        auto start = Clock::now();
+        benchmark::DoNotOptimize(json ? qint64(parseJson(path)) : readLines(path));
+        baseline += secondsSince(start);
+
+        start = Clock::now();
+        {
+            KxCodebook::Error error;
+            const KxCodebook::Codebook codebook = KxCodebook::Codebook::fromFile(path, &error);
+            variables = codebook.variables().size();
+        }
+        const double took = secondsSince(start);
+        subject += took;
+        state.SetIterationTime(took);
+        settleHeap();
+    }
+    state.counters["variables"] = variables;
+    report(state, key, subject, baseline, items);
+}
+
+void BM_CodebookText(benchmark::State &state)
+{
+    const int items = int(state.range(0));
+    codebookBenchmark(state, cSProTextInput(items), false, "codebook-text/" + std::to_string(items));
+}
+
+void BM_CodebookJson(benchmark::State &state)
+{
+    const int items = int(state.range(0));
+    codebookBenchmark(state, cSProJsonInput(items), true, "codebook-json/" + std::to_string(items));
+}
+
+double codebookSeconds(const QString &path, int *variables)
+{
+    const auto start = Clock::now();
+    double took = 0;
+    {
+        const KxCodebook::Codebook codebook = KxCodebook::Codebook::fromFile(path);
+        *variables = codebook.variables().size();
+        took = secondsSince(start);
+    }
+    settleHeap();
+    return took;
+}
+
+// The large file's codebook against the small file's: flat in the row count.
+void codebookStatBenchmark(benchmark::State &state, bool stata, const std::string &key)
+{
+    const QString small = statInput(stata, 1000);
+    const QString large = statInput(stata, 1000000);
+    double smallTotal = 0;
+    double largeTotal = 0;
+    int variables = 0;
+    for (auto _ : state) {
+        smallTotal += codebookSeconds(small, &variables);
+        const double took = codebookSeconds(large, &variables);
+        largeTotal += took;
+        state.SetIterationTime(took);
+    }
+    state.counters["variables"] = variables;
+    state.counters["small_ms"] = smallTotal / double(state.iterations()) * 1e3;
+    report(state, key, largeTotal, smallTotal, 200);
+}
+
+void BM_CodebookSpss(benchmark::State &state)
+{
+    codebookStatBenchmark(state, false, "codebook-spss");
+}
+
+void BM_CodebookStata(benchmark::State &state)
+{
+    codebookStatBenchmark(state, true, "codebook-stata");
+}
+
 template<class Importer>
 double importSeconds(const QString &path, int *fields)
 {
@@ -437,6 +520,16 @@ void registerAll()
         benchmark::RegisterBenchmark("BM_CSProJson", BM_CSProJson)
             ->Arg(items)->Iterations(iterations)->UseManualTime()->Unit(benchmark::kMillisecond);
     }
+    for (const auto &[items, iterations] : dictionarySizes) {
+        benchmark::RegisterBenchmark("BM_CodebookText", BM_CodebookText)
+            ->Arg(items)->Iterations(iterations)->UseManualTime()->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("BM_CodebookJson", BM_CodebookJson)
+            ->Arg(items)->Iterations(iterations)->UseManualTime()->Unit(benchmark::kMillisecond);
+    }
+    benchmark::RegisterBenchmark("BM_CodebookSpss", BM_CodebookSpss)
+        ->Iterations(50)->UseManualTime()->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("BM_CodebookStata", BM_CodebookStata)
+        ->Iterations(50)->UseManualTime()->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("BM_SpssDictionary", BM_SpssDictionary)
         ->Iterations(50)->UseManualTime()->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("BM_StataDictionary", BM_StataDictionary)
@@ -482,7 +575,7 @@ bool flat(double small, double large)
 void printSummary()
 {
     // A filtered run leaves some figures out (printed as -1).
-    g_complete = g_figures.size() == 14;
+    g_complete = g_figures.size() == 22;
     std::printf("\nSummary (ratios measured in the same iterations as their baselines)\n");
     std::printf("%-34s %12s %12s %12s  %s\n", "measure", "small", "medium", "large", "target");
     const double t1 = figureRatio("text/1000"), t2 = figureRatio("text/10000"), t3 = figureRatio("text/100000");
@@ -508,6 +601,25 @@ void printSummary()
     std::printf("%-34s %12.0f %12s %12.0f  flat: %s\n", "Lookup ns per line", n1, "", n2, verdict(flat(n1, n2)));
     const double c1 = figureRatio("lookup-checked/100000"), c2 = figureRatio("lookup-checked/1000000");
     std::printf("%-34s %12.2f %12s %12.2f  (information)\n", "Lookup, checks+counts / lines", c1, "", c2);
+    const double b1 = figureRatio("codebook-text/1000"), b2 = figureRatio("codebook-text/10000"),
+                 b3 = figureRatio("codebook-text/100000");
+    std::printf("%-34s %12.2f %12.2f %12.2f  <= 2: %s\n", "Codebook text / QTextStream lines", b1, b2, b3,
+                verdict(b1 > 0 && b1 <= 2 && b2 <= 2 && b3 <= 2));
+    const double bp1 = perUnit("codebook-text/1000"), bp3 = perUnit("codebook-text/100000");
+    std::printf("%-34s %12.0f %12s %12.0f  flat: %s\n", "Codebook text ns per item", bp1, "", bp3,
+                verdict(flat(bp1, bp3)));
+    const double k1 = figureRatio("codebook-json/1000"), k2 = figureRatio("codebook-json/10000"),
+                 k3 = figureRatio("codebook-json/100000");
+    std::printf("%-34s %12.2f %12.2f %12.2f  <= 1.5: %s\n", "Codebook JSON / QJsonDocument", k1, k2, k3,
+                verdict(k1 > 0 && k1 <= 1.5 && k2 <= 1.5 && k3 <= 1.5));
+    const double kp1 = perUnit("codebook-json/1000"), kp3 = perUnit("codebook-json/100000");
+    std::printf("%-34s %12.0f %12s %12.0f  flat: %s\n", "Codebook JSON ns per item", kp1, "", kp3,
+                verdict(flat(kp1, kp3)));
+    const double cs = figureRatio("codebook-spss"), cd = figureRatio("codebook-stata");
+    std::printf("%-34s %12s %12s %12.2f  <= 1.5: %s\n", "Codebook SPSS 1,000,000 / 1,000 rows", "", "", cs,
+                verdict(cs > 0 && cs <= 1.5));
+    std::printf("%-34s %12s %12s %12.2f  <= 1.5: %s\n", "Codebook Stata 1,000,000 / 1,000 rows", "", "", cd,
+                verdict(cd > 0 && cd <= 1.5));
     const double r1 = figureRatio("lookup-shuffled/100000"), r2 = figureRatio("lookup-shuffled/1000000");
     std::printf("%-34s %12.2f %12s %12.2f  (information)\n", "Lookup, keys shuffled / lines", r1, "", r2);
     std::fflush(stdout);

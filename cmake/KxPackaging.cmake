@@ -2,10 +2,6 @@
 # file, the licence, the changelog, the inspector's man page; and the Debian
 # package that CPack makes of the whole install tree (scripts/make-deb.sh).
 
-# pkg-config: the prefix is computed relative to the .pc file's folder.
-set(KX_PC_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
-file(RELATIVE_PATH KX_PC_RELATIVE_PREFIX "/root/${KX_PC_DIR}" "/root")
-string(REGEX REPLACE "/$" "" KX_PC_RELATIVE_PREFIX "${KX_PC_RELATIVE_PREFIX}")
 configure_file("${PROJECT_SOURCE_DIR}/cmake/model_KelAdmin.pc.in"
   "${PROJECT_BINARY_DIR}/model_KelAdmin.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/model_KelAdmin.pc" DESTINATION "${KX_PC_DIR}")

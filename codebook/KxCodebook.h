@@ -194,7 +194,7 @@ struct KXCODEBOOK_EXPORT Variable
 
     // SPSS and Stata
     QString format;                 //!< the whole format as the file writes it (`F10.2`, `A24`, `%9.2f`)
-    int storageWidth = 0;           //!< bytes of storage (Stata: str width; SPSS: string length)
+    int storageWidth = 0;           //!< bytes of storage (Stata: the str width; SPSS: in blocks of 8)
     int displayWidth = 0;           //!< display width
     Measure measure = Measure::Unknown;        //!< measurement level
     Alignment alignment = Alignment::Unknown;  //!< display alignment

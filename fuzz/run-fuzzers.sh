@@ -5,7 +5,8 @@
 #
 #   fuzz/run-fuzzers.sh SECONDS [TARGET...]
 #
-# TARGET is one of cspro_text cspro_json lookup spss stata (default: all).
+# TARGET is one of cspro_text cspro_json lookup spss stata codebook_text
+# codebook_json codebook_spss codebook_stata (default: all).
 # Environment: KX_FUZZ_BUILD (build folder, default /tmp/build-fuzz),
 # KX_FUZZ_OUT (findings, default $KX_FUZZ_BUILD/findings), KX_JOBS (build
 # jobs, default 2), KX_FUZZ_READSTAT_SOURCE (a folder of ReadStat's sources,
@@ -29,7 +30,7 @@ fi
 seconds=$1
 shift
 targets=("$@")
-[[ ${#targets[@]} -gt 0 ]] || targets=(cspro_text cspro_json lookup spss stata)
+[[ ${#targets[@]} -gt 0 ]] || targets=(cspro_text cspro_json lookup spss stata codebook_text codebook_json codebook_spss codebook_stata)
 
 here=$(cd "$(dirname "$0")" && pwd)
 src=$(cd "$here/.." && pwd)
@@ -65,15 +66,21 @@ for target in "${targets[@]}"; do
   case $target in
     cspro_text) mkdir -p "$build/seeds/$target" && cp "$src/samples/census.dcf" "$build/seeds/$target/" ;;
     cspro_json) mkdir -p "$build/seeds/$target" && cp "$src/samples/census.json" "$build/seeds/$target/" ;;
+    codebook_text) mkdir -p "$build/seeds/$target" && cp "$src/samples/"*.dcf "$build/seeds/$target/" ;;
+    codebook_json) mkdir -p "$build/seeds/$target" && cp "$src/samples/census.json" "$build/seeds/$target/" ;;
   esac
+  # A codebook target starts from the seeds of the front end's reader of its format.
+  reader=${target#codebook_}
+  case $reader in text|json) reader=cspro_$reader ;; esac
   seeds=()
-  for folder in "$data/seeds/$target" "$data/regress/$target" "$build/seeds/$target"; do
+  for folder in "$data/seeds/$target" "$data/regress/$target" "$build/seeds/$target" \
+                "$data/seeds/$reader" "$data/regress/$reader" "$build/seeds/$reader"; do
     [[ -d $folder ]] && seeds+=("$folder")
   done
   dict=()
   case $target in
-    cspro_text|lookup) dict=(-dict="$here/cspro.dict") ;;
-    cspro_json) dict=(-dict="$here/json.dict") ;;
+    cspro_text|codebook_text|lookup) dict=(-dict="$here/cspro.dict") ;;
+    cspro_json|codebook_json) dict=(-dict="$here/json.dict") ;;
   esac
   log="$out/$target-$(date +%Y%m%d-%H%M%S).log"
   # Findings of this run only: artifacts newer than this mark.

@@ -1,5 +1,7 @@
 #!/usr/bin/python3
-"""Validates the inspector's --json output against docs/keladmin-inspect.schema.json.
+"""Validates the inspector's --json output against its JSON Schema:
+docs/keladmin-inspect.schema.json for the front end's reading,
+docs/keladmin-codebook.schema.json for --codebook.
 
 usage: check_json_schema.py valid SCHEMA INSPECTOR WORKDIR ARG...
        check_json_schema.py rejects SCHEMA INSPECTOR WORKDIR ARG...
@@ -76,6 +78,9 @@ def errors_of(validator, document):
     """Whether the document is valid; if not, the errors within the branch it is meant for, cut short."""
     if validator.is_valid(document):
         return []
+    if "oneOf" not in validator.schema:
+        return ["%s: %s" % ("/".join(str(p) for p in e.absolute_path) or "(root)", e.message[:300])
+                for e in validator.iter_errors(document)]
     kind = "lookup" if isinstance(document, dict) and "separator" in document else "dictionary"
     branch = {k: v for k, v in validator.schema.items() if k != "oneOf"}
     branch["$ref"] = "#/$defs/" + kind
@@ -88,7 +93,9 @@ def errors_of(validator, document):
 def check_valid(validator, document, failures):
     for error in errors_of(validator, document):
         failures.append("not valid: " + error)
-    if not failures:
+    if not failures and document.get("kind") == "codebook":
+        print("valid codebook document (%d variables)" % len(document["variables"]))
+    elif not failures:
         kind = "lookup" if "separator" in document else "dictionary"
         print("valid %s document (%d fields or labels, %s)" % (
             kind, len(document.get("fields", document.get("labelFrequencies", []))),
@@ -98,6 +105,30 @@ def check_valid(validator, document, failures):
 def a_note():
     return {"line": 12, "subject": "AGE_VS2", "kind": "value-set-dropped",
             "text": "value set AGE_VS2 dropped: the value line 'Value=0 1:14 15:19' lists several codes"}
+
+
+def codebook_variants(variant, document):
+    """What the codebook schema must reject."""
+    variable = document["variables"][0]
+    variant("kind other than codebook", lambda d: d.update(kind="dictionary"))
+    variant("labels as a text", lambda d: d.update(labels="Census"))
+    variant("no languages", lambda d: d.update(languages=[]))
+    variant("a row count below 0", lambda d: d.update(rowCount=-1))
+    variant("recordType without length", lambda d: d["recordType"].pop("length"))
+    variant("a variable's start of 0", lambda d: d["variables"][0].update(start=0))
+    variant("a variable without valueSets", lambda d: d["variables"][0].pop("valueSets"))
+    variant("a variable with an unknown key", lambda d: d["variables"][0].update(size=3))
+    variant("an unknown storage", lambda d: d["variables"][0].update(storage="decimal"))
+    variant("0 occurrences", lambda d: d["variables"][0].update(occurrences=0))
+    variant("a value without codes", lambda d: d["variables"][0].update(valueSets=[{
+        "name": "S", "labels": [], "link": None, "linkFilled": False,
+        "values": [{"codes": [], "labels": ["x"], "special": None, "note": None, "image": None}]}]))
+    variant("an unknown special value", lambda d: d["variables"][0].update(missing=[{
+        "from": "9", "special": "UNKNOWN", "label": None}]))
+    variant("a code as a number", lambda d: d["variables"][0].update(missing=[{
+        "from": 9, "special": None, "label": None}]))
+    if variable.get("record") is None:
+        variant("an empty record name instead of null", lambda d: d["variables"][0].update(record=""))
 
 
 def wrong_variants(document):
@@ -110,6 +141,9 @@ def wrong_variants(document):
         variants.append((what, d))
 
     items = "fields" if "fields" in document else "labelFrequencies"
+    if document.get("kind") == "codebook":
+        items = "variables"
+        codebook_variants(variant, document)
     variant("schemaVersion missing", lambda d: d.pop("schemaVersion"))
     variant("schemaVersion 2", lambda d: d.update(schemaVersion=2))
     variant("schemaVersion as a text", lambda d: d.update(schemaVersion="1"))
@@ -121,7 +155,9 @@ def wrong_variants(document):
     variant("a note with a key too many", lambda d: d.update(notes=[dict(a_note(), column=3)]))
     variant("a note's line as a text", lambda d: d.update(notes=[dict(a_note(), line="12")]))
     variant("a note's line below 0", lambda d: d.update(notes=[dict(a_note(), line=-1)]))
-    if items == "fields":
+    if items == "variables":
+        pass
+    elif items == "fields":
         variant("a field's start as a text", lambda d: d["fields"][0].update(start="2"))
         variant("a field without valueLabels", lambda d: d["fields"][0].pop("valueLabels"))
         variant("a field with an unknown key", lambda d: d["fields"][0].update(width=3))
@@ -153,19 +189,24 @@ def wrong_variants(document):
 
 
 def check_rejects(validator, document, failures):
-    if not document.get("fields", document.get("labelFrequencies")):
+    if not document.get("fields", document.get("labelFrequencies", document.get("variables"))):
         failures.append("the document has nothing to change")
         return
     check_valid(validator, document, failures)
-    with_note = copy.deepcopy(document)
-    with_note["notes"] = [a_note(), dict(a_note(), line=0, subject="income", kind="width-first-digit")]
-    for error in errors_of(validator, with_note):
-        failures.append("a document with notes is not valid: " + error)
+    if document.get("kind") != "codebook":
+        check_accepts_notes(validator, document, failures)
     for what, variant in wrong_variants(document):
         if validator.is_valid(variant):
             failures.append("accepted with " + what)
         else:
             print("rejected with %s" % what)
+
+
+def check_accepts_notes(validator, document, failures):
+    with_note = copy.deepcopy(document)
+    with_note["notes"] = [a_note(), dict(a_note(), line=0, subject="income", kind="width-first-digit")]
+    for error in errors_of(validator, with_note):
+        failures.append("a document with notes is not valid: " + error)
 
 
 def walk(node, path, failures):

@@ -77,12 +77,12 @@ TEST_F(Inspector, HtmlDrawsADictionaryWithoutRecordsAsOneLine)
     EXPECT_TRUE(html.contains(QLatin1String("<rect class=\"id\" data-name=\"AGE\" data-start=\"1\" data-len=\"2\"")));
 }
 
-TEST_F(Inspector, HtmlPageThatCannotBeWrittenExitsOneAndSaysWhere)
+TEST_F(Inspector, HtmlPageThatCannotBeWrittenExitsFiveAndSaysWhere)
 {
     const QString page = dir.filePath(QStringLiteral("missing-folder/census.html"));
     const Outcome r = runInspector({QStringLiteral("--html"), page, samplePath(QStringLiteral("census.dcf"))});
     ASSERT_TRUE(r.finished);
-    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_EQ(r.exitCode, 5);
     ASSERT_EQ(r.errLines().size(), 1) << r.err.toStdString();
     EXPECT_TRUE(r.errLines().at(0).startsWith(QStringLiteral("keladmin-inspect: %1: cannot be written: ").arg(page)))
         << r.err.toStdString();

@@ -16,6 +16,9 @@
 #include "SPSSDataImport.h"
 #include "STATADataImport.h"
 
+#include <KxCodebook.h>
+#include <KxCodebookJson.h>
+
 #include <QByteArray>
 #include <QFile>
 #include <QMessageBox>
@@ -26,7 +29,7 @@
 namespace kxfuzz {
 
 //! The readers a fuzz target drives; the names are the target and corpus folder names.
-enum class Reader { CSProText, CSProJson, Lookup, Spss, Stata };
+enum class Reader { CSProText, CSProJson, Lookup, Spss, Stata, CodebookText, CodebookJson, CodebookSpss, CodebookStata };
 
 inline const char *readerName(Reader reader)
 {
@@ -41,6 +44,14 @@ inline const char *readerName(Reader reader)
         return "spss";
     case Reader::Stata:
         return "stata";
+    case Reader::CodebookText:
+        return "codebook_text";
+    case Reader::CodebookJson:
+        return "codebook_json";
+    case Reader::CodebookSpss:
+        return "codebook_spss";
+    case Reader::CodebookStata:
+        return "codebook_stata";
     }
     return "";
 }
@@ -176,6 +187,19 @@ inline int readStata(const QString &path)
     return openImporter(importer);
 }
 
+/*! Reads \a path with the codebook library as \a format and writes the
+ * codebook as JSON, so that every part of it is visited. Returns the number
+ * of variables, 0 for an error value. */
+inline int readCodebook(const QString &path, KxCodebook::Format format)
+{
+    KxCodebook::Error error;
+    const KxCodebook::Codebook codebook = KxCodebook::Codebook::fromFile(path, &error, format);
+    if (!error.ok())
+        return error.message.isEmpty() ? -1 : 0;
+    (void)KxCodebook::toJson(codebook).size();
+    return codebook.variables().size();
+}
+
 /*! Runs \a reader over \a bytes, written to \a scratchPath first (every reader
  * takes a file name). Returns what the reader counted, or -1 when the file
  * could not be written. */
@@ -198,6 +222,14 @@ inline int runReader(Reader reader, const QByteArray &bytes, const QString &scra
         return readSpss(scratchPath);
     case Reader::Stata:
         return readStata(scratchPath);
+    case Reader::CodebookText:
+        return readCodebook(scratchPath, KxCodebook::Format::CSProText);
+    case Reader::CodebookJson:
+        return readCodebook(scratchPath, KxCodebook::Format::CSProJson);
+    case Reader::CodebookSpss:
+        return readCodebook(scratchPath, KxCodebook::Format::Spss);
+    case Reader::CodebookStata:
+        return readCodebook(scratchPath, KxCodebook::Format::Stata);
     case Reader::Lookup:
         break;
     }

@@ -30,8 +30,24 @@ struct RegressionCase
     std::string name;
 };
 
-const kxfuzz::Reader AllReaders[] = {kxfuzz::Reader::CSProText, kxfuzz::Reader::CSProJson, kxfuzz::Reader::Lookup,
-                                     kxfuzz::Reader::Spss, kxfuzz::Reader::Stata};
+const kxfuzz::Reader AllReaders[] = {kxfuzz::Reader::CSProText,     kxfuzz::Reader::CSProJson,
+                                     kxfuzz::Reader::Lookup,        kxfuzz::Reader::Spss,
+                                     kxfuzz::Reader::Stata,         kxfuzz::Reader::CodebookText,
+                                     kxfuzz::Reader::CodebookJson,  kxfuzz::Reader::CodebookSpss,
+                                     kxfuzz::Reader::CodebookStata};
+
+// The codebook reader of the same format: every input kept for a front-end
+// reader is read by the codebook library too.
+bool codebookTwin(kxfuzz::Reader reader, kxfuzz::Reader *twin)
+{
+    switch (reader) {
+    case kxfuzz::Reader::CSProText: *twin = kxfuzz::Reader::CodebookText; return true;
+    case kxfuzz::Reader::CSProJson: *twin = kxfuzz::Reader::CodebookJson; return true;
+    case kxfuzz::Reader::Spss: *twin = kxfuzz::Reader::CodebookSpss; return true;
+    case kxfuzz::Reader::Stata: *twin = kxfuzz::Reader::CodebookStata; return true;
+    default: return false;
+    }
+}
 
 QString regressionRoot()
 {
@@ -54,8 +70,13 @@ std::vector<RegressionCase> casesUnder(const QString &root, const QString &prefi
     for (kxfuzz::Reader reader : AllReaders) {
         const QString folder = QString::fromLatin1(kxfuzz::readerName(reader));
         const QDir dir(QDir(root).filePath(folder));
-        for (const QString &file : dir.entryList(QDir::Files, QDir::Name))
+        kxfuzz::Reader twin = reader;
+        const bool hasTwin = codebookTwin(reader, &twin);
+        for (const QString &file : dir.entryList(QDir::Files, QDir::Name)) {
             cases.push_back({reader, dir.filePath(file), testName(prefix + folder, file)});
+            if (hasTwin)
+                cases.push_back({twin, dir.filePath(file), testName(prefix + QStringLiteral("codebook_") + folder, file)});
+        }
     }
     return cases;
 }

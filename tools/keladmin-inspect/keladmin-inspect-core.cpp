@@ -4,6 +4,7 @@
 // description it yields; or reads a lookup file and prints its entries,
 // messages and label counts. The work is done in the rooms under inspect/:
 // the options, the report that the importers fill, one writer per output.
+#include "CodebookWriters.h"
 #include "CsvWriter.h"
 #include "HtmlWriter.h"
 #include "InspectOptions.h"
@@ -19,6 +20,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QScopedPointer>
+#include <QTextStream>
 
 #include <dlfcn.h>
 
@@ -73,8 +75,35 @@ int exitStatusOf(const InspectReport &report, const InspectOptions &o)
     return ExitOk;
 }
 
+//! --codebook: the file read by the codebook library, as its own format means it.
+int inspectCodebook(const InspectOptions &o)
+{
+    KxCodebook::Error error;
+    const KxCodebook::Codebook codebook =
+        KxCodebook::Codebook::fromFile(o.file, &error, KxCodebook::formatFromName(o.format));
+    if (!error.ok()) {
+        // The codebook's messages start with the file's name; the error line names it once.
+        QString problem = error.message;
+        if (problem.startsWith(o.file + QLatin1String(": ")))
+            problem = problem.mid(o.file.size() + 2);
+        printError(o.file, problem);
+        return ExitInputError;
+    }
+    WriteSettings settings;
+    settings.wideLabels = o.wide;
+    if (o.json)
+        writeCodebookJson(codebook, standardOutput());
+    else if (o.csv)
+        writeCodebookCsv(codebook, standardOutput());
+    else
+        writeCodebookTable(codebook, settings, standardOutput());
+    return ExitOk;
+}
+
 int inspect(const InspectOptions &o, bool dialogPossible)
 {
+    if (o.codebook)
+        return inspectCodebook(o);
     const WarningSink warn = [&o](const QString &warning) { printError(o.file, warning); };
     InspectReport report;
     const QString problem = o.lookup ? fillLookupReport(o, report) : fillDictionaryReport(o, dialogPossible, warn, report);
@@ -95,10 +124,30 @@ int inspect(const InspectOptions &o, bool dialogPossible)
         const QString failure = writeHtmlFile(report, settings, o.html);
         if (!failure.isEmpty()) {
             printError(o.html, failure);
-            return ExitInputError;
+            return ExitOutputError;
         }
     }
     return exitStatusOf(report, o);
+}
+
+/*! \a status, unless the standard output did not take everything written to
+ * it: then one line names the system's reason and the status is
+ * ExitOutputError (a failure to read the input keeps its own status). */
+int finishOutput(int status, int writeError = 0)
+{
+    QTextStream &out = standardOutput();
+    out.flush();
+    // The stream's file keeps the reason of a failed write; the C library's
+    // error flag covers what went to stdout directly.
+    const auto *file = qobject_cast<QFileDevice *>(out.device());
+    QString why = file && file->error() != QFileDevice::NoError ? file->errorString() : QString();
+    const char *flushFailure = standardOutputFailure(writeError);
+    if (why.isEmpty() && flushFailure)
+        why = QString::fromLocal8Bit(flushFailure);
+    if (why.isEmpty())
+        return status;
+    printError(QStringLiteral("standard output"), why);
+    return status == ExitInputError || status == ExitUsage ? status : ExitOutputError;
 }
 
 } // namespace
@@ -112,14 +161,10 @@ extern "C" __attribute__((visibility("default"))) int kx_inspect_main(int argc, 
     const QString problem = parseArguments(argumentsOf(argc, argv), o);
     if (!problem.isEmpty())
         return usageError(problem);
-    if (o.help) {
-        printHelp();
-        return ExitOk;
-    }
-    if (o.version) {
-        printVersion();
-        return ExitOk;
-    }
+    if (o.help)
+        return finishOutput(ExitOk, printHelp());
+    if (o.version)
+        return finishOutput(ExitOk, printVersion());
     setVerboseLog(o.verbose);
 
     // Only an explicit request to ask, with a display, gets a GUI application;
@@ -133,5 +178,5 @@ extern "C" __attribute__((visibility("default"))) int kx_inspect_main(int argc, 
         app.reset(new QCoreApplication(argc, argv));
     }
 
-    return inspect(o, dialogPossible);
+    return finishOutput(inspect(o, dialogPossible));
 }

@@ -60,8 +60,11 @@ void *openCore()
 int main(int argc, char **argv)
 {
     if (isHelpRequest(argc, argv)) {
-        std::fputs(kxinspect::UsageText, stdout);
-        std::fputs(kxinspect::HelpText, stdout);
+        const int writeError = kxinspect::writeHelp();
+        if (const char *why = kxinspect::standardOutputFailure(writeError)) {
+            std::fprintf(stderr, "keladmin-inspect: standard output: %s\n", why);
+            return kxinspect::ExitOutputError;
+        }
         return 0;
     }
     void *core = openCore();

@@ -56,3 +56,14 @@ run(record-tree 0 ARGS "${SAMPLES_DIR}/census.dcf"
            "  HOUSING (Housing record)  type H, 14 fields"
            "  PERSON (Person record)  type P, 12 fields"
            "  DEATH (Deaths in the last 12 months)  type D, 4 fields")
+
+# languages.dcf in two languages: AGE is Start=9, Len=2 (columns 9-10) with the
+# labels "Age in completed years|Âge en années révolues"; its value
+# "Value=18:59 60 61:64;Adult|Adulte" keeps its codes and ranges, and
+# "Value=98;Refused|Refus" is REFUSED.
+run(codebook 0 ARGS "${SAMPLES_DIR}/languages.dcf"
+    EXPECT "cspro: 7 variables, 2 language(s)"
+           "AGE  columns 9-10  [0] Age in completed years  [1] Âge en années révolues"
+           "    18:59 60 61:64 = Adult"
+           "    98 = Refused (REFUSED)")
+

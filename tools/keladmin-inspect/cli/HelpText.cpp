@@ -2,6 +2,10 @@
 // inspector can print them without loading the library.
 #include "HelpText.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
 namespace kxinspect {
 
 const char *const UsageText =
@@ -12,6 +16,8 @@ const char *const UsageText =
     "  keladmin-inspect --lookup FILE --separator tab|comma|semicolon|colon|blank\n"
     "                   [--check] [--max-messages N] [--json | --csv] [--wide]\n"
     "                   [--verbose]\n"
+    "  keladmin-inspect --codebook [--format cspro|cspro8|spss|stata]\n"
+    "                   [--json | --csv] [--wide] FILE\n"
     "  keladmin-inspect --help | --version\n";
 
 const char *const HelpText =
@@ -69,7 +75,19 @@ const char *const HelpText =
     "                    record-type code marked) or for SPSS and Stata a table\n"
     "                    of the variables, then the fields with their value\n"
     "                    labels and the reading notes (unless --no-notes).\n"
-    "                    A page that cannot be written gives status 1\n"
+    "                    A page that cannot be written gives status 5\n"
+    "  --codebook        print the codebook instead of the front end's reading:\n"
+    "                    what the file says as its own format means it (CSPro's\n"
+    "                    languages, ranges, special values, linked value sets,\n"
+    "                    computed positions and record lengths; SPSS and Stata\n"
+    "                    formats, user-missing and extended missing values,\n"
+    "                    measure and alignment). The table lists the records and\n"
+    "                    one row per variable (primary labels); --json gives\n"
+    "                    every fact and every language, described by\n"
+    "                    share/keladmin-inspect/keladmin-codebook.schema.json;\n"
+    "                    --csv one row per variable with a label column per\n"
+    "                    language. Not with --decimal, --no-notes, --fail-on-notes\n"
+    "                    or --html, which concern the front end's reading\n"
     "  --no-notes        leave the reading notes out (no Notes section in the\n"
     "                    table, no \"notes\" key in the JSON)\n"
     "  --fail-on-notes   exit with status 3 when the reading wrote at least one\n"
@@ -108,6 +126,29 @@ const char *const HelpText =
     "the last line of the section where the reading failed; for a JSON\n"
     "dictionary the parser's error with its line and column), 2 wrong usage,\n"
     "3 reading notes with --fail-on-notes, 4 lookup messages with\n"
-    "--check; with 3 and 4 the whole output is printed first.\n";
+    "--check, 5 the output could not be written whole (standard output or the\n"
+    "--html page, on a full disk or a closed pipe: one line on stderr names it\n"
+    "and the system's reason, and a page not written whole leaves the old one\n"
+    "in place); with 3 and 4 the whole output is printed first.\n";
+
+const char *standardOutputFailure(int earlierError)
+{
+    errno = 0;
+    const bool flushed = std::fflush(stdout) == 0;
+    const int flushError = errno;
+    if (flushed && !std::ferror(stdout))
+        return nullptr;
+    if (!flushed && flushError != 0)
+        return std::strerror(flushError);
+    return std::strerror(earlierError != 0 ? earlierError : EIO);
+}
+
+int writeHelp()
+{
+    errno = 0;
+    if (std::fputs(UsageText, stdout) == EOF || std::fputs(HelpText, stdout) == EOF)
+        return errno != 0 ? errno : EIO;
+    return 0;
+}
 
 } // namespace kxinspect

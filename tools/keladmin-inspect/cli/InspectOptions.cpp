@@ -138,6 +138,8 @@ bool readSwitch(const QString &a, InspectOptions &o)
         o.verbose = true;
     else if (a == QLatin1String("--check"))
         o.check = true;
+    else if (a == QLatin1String("--codebook"))
+        o.codebook = true;
     else
         return false;
     return true;
@@ -200,6 +202,11 @@ QString checkCombination(const InspectOptions &o, const GivenOptions &given)
         return QStringLiteral("--separator, --check and --max-messages apply to --lookup only");
     if (o.lookup && !o.html.isEmpty())
         return QStringLiteral("--html applies to dictionaries, not to --lookup");
+    if (o.codebook && o.lookup)
+        return QStringLiteral("--codebook applies to dictionaries, not to --lookup");
+    if (o.codebook && (given.decimal || o.noNotes || o.failOnNotes || !o.html.isEmpty()))
+        return QStringLiteral("--decimal, --no-notes, --fail-on-notes and --html apply to the front end's reading, "
+                              "not to --codebook");
     if (!o.html.isEmpty() && sameFile(o.html, o.file))
         return QStringLiteral("--html would overwrite the inspected file");
     return QString();

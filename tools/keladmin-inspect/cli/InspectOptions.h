@@ -17,6 +17,7 @@ struct InspectOptions
     bool noNotes = false;     //!< reading notes left out of the output
     bool failOnNotes = false; //!< exit status 3 when the reading wrote notes
     bool verbose = false;
+    bool codebook = false;    //!< --codebook: the codebook library's reading instead of the front end's
     QString format;  //!< empty: detect
     QString decimal; //!< empty: default
     QString file;

@@ -4,14 +4,14 @@
 
 #include "model_KelAdmin.h"
 
+#include <cerrno>
 #include <cstdio>
 
 namespace kxinspect {
 
-void printHelp()
+int printHelp()
 {
-    std::fputs(UsageText, stdout);
-    std::fputs(HelpText, stdout);
+    return writeHelp();
 }
 
 QString versionLine()
@@ -22,9 +22,12 @@ QString versionLine()
              QLatin1String(qVersion()));
 }
 
-void printVersion()
+int printVersion()
 {
-    std::fputs((versionLine() + QLatin1Char('\n')).toLocal8Bit().constData(), stdout);
+    errno = 0;
+    if (std::fputs((versionLine() + QLatin1Char('\n')).toLocal8Bit().constData(), stdout) == EOF)
+        return errno != 0 ? errno : EIO;
+    return 0;
 }
 
 int usageError(const QString &problem)

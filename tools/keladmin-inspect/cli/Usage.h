@@ -16,12 +16,12 @@ enum ExitCode {
     ExitLookupMessages = 4 //!< --check and the lookup gave at least one message
 };
 
-//! Writes the synopsis and the whole help to stdout.
-void printHelp();
+//! Writes the synopsis and the whole help to stdout; the errno of a failed write, else 0.
+int printHelp();
 //! "keladmin-inspect X (libmodel_KelAdmin Y, ReadStat Z, Qt W)": the tool's and the loaded libraries' versions.
 QString versionLine();
-//! Writes versionLine() and a line end to stdout.
-void printVersion();
+//! Writes versionLine() and a line end to stdout; the errno of a failed write, else 0.
+int printVersion();
 //! Writes "keladmin-inspect: PROBLEM" and the synopsis to stderr; returns ExitUsage.
 int usageError(const QString &problem);
 

@@ -1,5 +1,7 @@
 #include "FormatDetection.h"
 
+#include <KxCodebook.h>
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -20,28 +22,7 @@ QString checkInputFile(const QString &path)
 
 QString detectFormat(const QByteArray &head)
 {
-    QByteArray text = head;
-    if (text.startsWith("\xEF\xBB\xBF"))
-        text.remove(0, 3);
-    if (text.startsWith("$FL2") || text.startsWith("$FL3"))
-        return QStringLiteral("spss");
-    if (text.startsWith("<stata_dta>"))
-        return QStringLiteral("stata");
-    // Old binary Stata files: format version 104-119, then the byte order
-    // (1 high-low, 2 low-high). The second byte keeps plain text starting
-    // with a letter h..s from passing as Stata.
-    if (text.size() >= 4) {
-        const unsigned char version = static_cast<unsigned char>(text.at(0));
-        const unsigned char order = static_cast<unsigned char>(text.at(1));
-        if (version >= 104 && version <= 119 && (order == 1 || order == 2))
-            return QStringLiteral("stata");
-    }
-    const QByteArray trimmed = text.trimmed();
-    if (trimmed.startsWith('{'))
-        return QStringLiteral("cspro8");
-    if (trimmed.left(12).toLower() == "[dictionary]")
-        return QStringLiteral("cspro");
-    return QString();
+    return KxCodebook::formatName(KxCodebook::detectFormat(head));
 }
 
 QString detectFileFormat(const QString &path, QString *format)

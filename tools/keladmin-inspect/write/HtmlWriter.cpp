@@ -7,6 +7,9 @@
 #include <QSaveFile>
 #include <QTextStream>
 
+#include <cerrno>
+#include <cstring>
+
 namespace kxinspect {
 
 namespace {
@@ -258,9 +261,21 @@ void writeHtmlReport(const InspectReport &report, const WriteSettings &settings,
 QString writeHtmlFile(const InspectReport &report, const WriteSettings &settings, const QString &path)
 {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    // Unbuffered: the page goes to the system in one write, whose failure
+    // (a full disk) keeps the system's reason.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return QStringLiteral("cannot be written: %1").arg(file.errorString());
-    file.write(htmlOfReport(report, settings).toUtf8());
+    const QByteArray page = htmlOfReport(report, settings).toUtf8();
+    // A short write must not replace the old page: the temporary file is
+    // dropped, and the old page stays as it was.
+    errno = 0;
+    if (file.write(page) != page.size()) {
+        const int writeError = errno;
+        const QString why = writeError != 0 ? QString::fromLocal8Bit(std::strerror(writeError)) : file.errorString();
+        file.cancelWriting();
+        file.commit();
+        return QStringLiteral("cannot be written: %1").arg(why);
+    }
     if (!file.commit())
         return QStringLiteral("cannot be written: %1").arg(file.errorString());
     return QString();

@@ -30,9 +30,6 @@ QString labelCell(const QString &label, bool wide)
     return cut + QChar(0x2026);
 }
 
-namespace {
-
-//! Writes rows as a table whose columns are padded to their widest cell; the last column is not padded.
 void writeTable(QTextStream &out, const QStringList &header, const QList<QStringList> &rows)
 {
     QVector<int> width(header.size(), 0);
@@ -56,6 +53,8 @@ void writeTable(QTextStream &out, const QStringList &header, const QList<QString
         writeRow(row);
     out.flush();
 }
+
+namespace {
 
 QString orUnknown(const QString &text)
 {

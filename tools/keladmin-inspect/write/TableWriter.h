@@ -4,6 +4,9 @@
 #include "InspectReport.h"
 #include "WriteSettings.h"
 
+#include <QList>
+#include <QStringList>
+
 class QTextStream;
 
 namespace kxinspect {
@@ -15,6 +18,9 @@ constexpr int MaxTableLabel = 60;
  * MaxTableLabel characters cut to one less and an ellipsis (U+2026), unless
  * \a wide. A control character's escape or a surrogate pair is never split. */
 QString labelCell(const QString &label, bool wide);
+
+//! Writes rows as a table whose columns are padded to their widest cell; the last column is not padded.
+void writeTable(QTextStream &out, const QStringList &header, const QList<QStringList> &rows);
 
 /*! Writes the report to \a out as a header of "Key: value" lines and an
  * aligned table; then the reading notes and their count by kind, when there

@@ -1,0 +1,36 @@
+#ifndef KXCODEBOOKJSON_H
+#define KXCODEBOOKJSON_H
+
+/*! \file KxCodebookJson.h
+ * \brief A codebook as one JSON object, every text whole.
+ *
+ * The keys are described by the JSON Schema `keladmin-codebook.schema.json`
+ * (installed with the inspector); CodebookJsonSchemaVersion is raised when
+ * they change.
+ */
+
+#include "KxCodebook.h"
+
+#include <QJsonObject>
+
+namespace KxCodebook {
+
+//! The version of the JSON form's keys, the document's "schemaVersion".
+constexpr int CodebookJsonSchemaVersion = 1;
+
+/*! The codebook as a JSON object: the data set's facts, then "levels",
+ * "records" and "variables" in file order, each variable with its value
+ * sets and missing values. Labels are arrays with one text per language
+ * (in the order of "languages"); absent facts are null. */
+KXCODEBOOK_EXPORT QJsonObject toJson(const Codebook &codebook);
+
+//! The lower-case name of \a storage: "numeric", "text", "binary".
+KXCODEBOOK_EXPORT QString storageName(Storage storage);
+//! The lower-case name of \a measure: "nominal", "ordinal", "scale", or "" when unknown.
+KXCODEBOOK_EXPORT QString measureName(Measure measure);
+//! The lower-case name of \a alignment: "left", "center", "right", or "" when unknown.
+KXCODEBOOK_EXPORT QString alignmentName(Alignment alignment);
+
+} // namespace KxCodebook
+
+#endif // KXCODEBOOKJSON_H

@@ -1,0 +1,3 @@
+#include "CodebookTestSupport.h"
+
+#include <gtest/gtest.h>
