@@ -1,5 +1,7 @@
 #include "CodebookTestSupport.h"
 
+#include <KxCodebookJson.h>
+
 #include <gtest/gtest.h>
 
 #include <QFile>
@@ -12,10 +14,11 @@ using namespace KxCodebook;
 
 namespace {
 
-// The JSON form of samples/census.dcf, as CSPro 8 writes it.
+// samples/census.json: the JSON form of samples/census.dcf, as CSPro 8 writes it
+// (relative positions, no starts of record items).
 QString censusJsonPath()
 {
-    return cbtest::samplePath("../tests/codebook/census-cspro8.json");
+    return cbtest::samplePath("census.json");
 }
 
 Codebook readCensus()
@@ -110,7 +113,7 @@ TEST(CSProJsonCensus, ReadsTheDictionaryAsCensusDcfDescribesIt)
     EXPECT_EQ(book.labels().primary(), QStringLiteral("2023 Population and Housing Census"));
     EXPECT_EQ(book.recordTypeStart(), 1);
     EXPECT_EQ(book.recordTypeLength(), 1);
-    EXPECT_FALSE(book.relativePositions());  // Positions=Absolute
+    EXPECT_TRUE(book.relativePositions());  // "relativePositions": true (census.dcf: Positions=Relative)
     ASSERT_EQ(book.languages().size(), 1);
     EXPECT_EQ(book.languages().at(0).name, QString());
     ASSERT_EQ(book.levels().size(), 1);
@@ -365,44 +368,24 @@ TEST(CSProJsonPositions, RelativeStartsFollowTheIdsOfAllLevels)
 }
 
 // census.dcf leaves no gaps: every record's items follow one another from
-// column 13, after HHNUM (10-12). Its relative form, without the record
-// items' starts, must lay them out at the same columns.
-TEST(CSProJsonPositions, TheCensusInRelativeFormHasTheSameStarts)
+// column 13, after HHNUM (10-12). census.json, its relative form, gives no
+// record item a start: the computed starts are census.dcf's Start= values.
+TEST(CSProJsonPositions, TheCensusInRelativeFormHasTheStartsOfTheTextForm)
 {
     QFile file(censusJsonPath());
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
-    root.insert(QStringLiteral("relativePositions"), true);
-    QJsonArray levels = root.value(QStringLiteral("levels")).toArray();
-    QJsonObject level = levels.at(0).toObject();
-    QJsonArray records = level.value(QStringLiteral("records")).toArray();
-    int removed = 0;
-    for (int r = 0; r < records.size(); ++r) {
-        QJsonObject record = records.at(r).toObject();
-        QJsonArray items = record.value(QStringLiteral("items")).toArray();
-        for (int i = 0; i < items.size(); ++i) {
-            QJsonObject item = items.at(i).toObject();
-            removed += item.contains(QStringLiteral("start")) ? 1 : 0;
-            item.remove(QStringLiteral("start"));
-            items.replace(i, item);
-        }
-        record.insert(QStringLiteral("items"), items);
-        records.replace(r, record);
-    }
-    level.insert(QStringLiteral("records"), records);
-    levels.replace(0, level);
-    root.insert(QStringLiteral("levels"), levels);
-    ASSERT_EQ(removed, 25);  // 9 housing, 12 person (2 of them subitems), 4 death items
+    const QByteArray json = file.readAll();
+    // Only the record type and the five identification items carry a start.
+    EXPECT_EQ(json.count("\"start\""), 6);
 
-    const Codebook relative = cbtest::readJson(QJsonDocument(root).toJson());
-    const QVector<Variable> expected = readCensus().variables();
-    const QVector<Variable> actual = relative.variables();
-    ASSERT_EQ(actual.size(), expected.size());
-    for (int i = 0; i < actual.size(); ++i) {
-        EXPECT_EQ(actual.at(i).name, expected.at(i).name);
-        EXPECT_EQ(actual.at(i).start, expected.at(i).start) << actual.at(i).name.toStdString();
+    const QVector<Variable> fromJson = readCensus().variables();
+    const QVector<Variable> fromText = Codebook::fromFile(cbtest::samplePath("census.dcf")).variables();
+    ASSERT_EQ(fromJson.size(), 30);
+    ASSERT_EQ(fromJson.size(), fromText.size());
+    for (int i = 0; i < fromJson.size(); ++i) {
+        EXPECT_EQ(fromJson.at(i).name, fromText.at(i).name);
+        EXPECT_EQ(fromJson.at(i).start, fromText.at(i).start) << fromJson.at(i).name.toStdString();
     }
-    EXPECT_TRUE(relative.relativePositions());
 }
 
 TEST(CSProJsonPositions, ItemsWithoutAStartAreSkippedWhereStartsAreNotComputed)
@@ -881,4 +864,26 @@ TEST(CSProJsonErrors, TheFileNameIsInTheMessage)
     EXPECT_TRUE(Codebook::fromFile(path, &error, Format::CSProJson).isNull());
     EXPECT_EQ(error.kind, Error::Malformed);
     EXPECT_TRUE(error.message.startsWith(path)) << error.message.toStdString();
+}
+
+// The text form and the JSON form CSPro's converter writes of it describe
+// one dictionary: everything but the file, its format, version and encoding
+// is the same.
+TEST(CSProJsonCensus, GivesTheSameCodebookAsTheTextForm)
+{
+    QJsonObject fromJson = toJson(Codebook::fromFile(cbtest::samplePath("census.json")));
+    QJsonObject fromText = toJson(Codebook::fromFile(cbtest::samplePath("census.dcf")));
+    for (const char *key : {"file", "format", "formatVersion", "encoding"}) {
+        fromJson.remove(QLatin1String(key));
+        fromText.remove(QLatin1String(key));
+    }
+    ASSERT_FALSE(fromText.value(QStringLiteral("variables")).toArray().isEmpty());
+    const QJsonArray jsonVariables = fromJson.value(QStringLiteral("variables")).toArray();
+    const QJsonArray textVariables = fromText.value(QStringLiteral("variables")).toArray();
+    ASSERT_EQ(jsonVariables.size(), textVariables.size());
+    for (int i = 0; i < jsonVariables.size(); ++i)
+        EXPECT_EQ(jsonVariables.at(i), textVariables.at(i))
+            << QJsonDocument(jsonVariables.at(i).toObject()).toJson().toStdString() << "\nagainst\n"
+            << QJsonDocument(textVariables.at(i).toObject()).toJson().toStdString();
+    EXPECT_EQ(fromJson, fromText);
 }

@@ -124,7 +124,7 @@ TEST(CSProTextCensus, Dictionary)
     EXPECT_EQ(book.formatVersion(), s("CSPro 7.7"));
     EXPECT_EQ(book.recordTypeStart(), 1);
     EXPECT_EQ(book.recordTypeLength(), 1);
-    EXPECT_FALSE(book.relativePositions());
+    EXPECT_TRUE(book.relativePositions());  // Positions=Relative
     EXPECT_EQ(book.rowCount(), -1);
     ASSERT_EQ(book.languages().size(), 1);
     EXPECT_TRUE(book.languages().at(0).name.isEmpty());

@@ -34,11 +34,11 @@ TEST_F(Inspector, CodebookTableOfTheCSProSampleSaysWhatTheDictionarySays)
     ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
     EXPECT_TRUE(r.err.isEmpty()) << r.err.toStdString();
     const QStringList lines = r.outLines();
-    // [Dictionary]: Version=CSPro 7.7, Name=CENSUS2023_DICT, RecordTypeStart=1, RecordTypeLen=1, Positions=Absolute.
+    // [Dictionary]: Version=CSPro 7.7, Name=CENSUS2023_DICT, RecordTypeStart=1, RecordTypeLen=1, Positions=Relative.
     for (const char *line : {"Format:            cspro", "Format version:    CSPro 7.7",
                              "Name:              CENSUS2023_DICT",
                              "Label:             2023 Population and Housing Census",
-                             "Record type:       start 1, length 1", "Positions:         absolute",
+                             "Record type:       start 1, length 1", "Positions:         relative",
                              "Records:           3", "Variables:         30"})
         EXPECT_TRUE(lines.contains(QString::fromUtf8(line))) << line;
     // ROOMS: Start=14, Len=2, Value=1:20;Rooms and Value=99;Not reported with Name=MISSING,Special.

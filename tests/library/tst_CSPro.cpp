@@ -816,7 +816,7 @@ void expectCensusDictionaryAndRecords(TCSPro &d)
     EXPECT_EQ(d.name, QStringLiteral("CENSUS2023_DICT"));
     EXPECT_EQ(d.recordTypeStart, 1);
     EXPECT_EQ(d.recordTypeLen, 1);
-    EXPECT_EQ(d.positions, QStringLiteral("Absolute"));
+    EXPECT_EQ(d.positions, QStringLiteral("Relative"));
     EXPECT_EQ(d.zeroFill, QStringLiteral("Yes"));
     EXPECT_EQ(d.decimalChar, QStringLiteral("No"));
 

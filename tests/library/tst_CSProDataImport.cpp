@@ -712,47 +712,53 @@ QList<ExpectedField> censusTextFields()
     return f;
 }
 
-// The JSON dictionary as the JSON reader gives it: ASSET becomes ASSET_1 to
-// _6 each with its own value set, no number of decimals is read (LANDAREA,
-// RENT and INCOME are whole numbers), the subitems of BIRTHDATE are not read,
-// entries stay in file order, a range stays one code "low:high" that reads as
-// the number 0, and the "special" keys mark nothing.
+// The JSON dictionary as the JSON reader gives it: census.json has relative
+// positions and gives record items no "start", so every record's items are
+// laid out again from column 1, each after the one before (the identification
+// items keep their starts); BIRTHDATE's subitems ("subitem": true) are read
+// as items that take columns of their own. ASSET becomes ASSET_1 to _6 each
+// with its own value set, no number of decimals is read (LANDAREA, RENT and
+// INCOME are whole numbers), entries stay in file order, a range stays one
+// code "low:high" that reads as the number 0, and the "special" keys mark
+// nothing.
 QList<ExpectedField> censusJsonFields()
 {
     const char *h = "HOUSING", *p = "PERSON", *d = "DEATH";
     QList<ExpectedField> f = censusIdentificationFields();
-    f << integerField("DWELLING", "Type of dwelling", 13, 1, "1", "9", DwellingLabels, h)
-      << integerField("ROOMS", "Number of rooms", 14, 2, "0", "99", "0 Rooms\t99 Not reported\t", h)
-      << ExpectedField{"WALLS", "Main material of the outer walls", "STRING", 16, 1, 0, "0", "",
+    f << integerField("DWELLING", "Type of dwelling", 1, 1, "1", "9", DwellingLabels, h)
+      << integerField("ROOMS", "Number of rooms", 2, 2, "0", "99", "0 Rooms\t99 Not reported\t", h)
+      << ExpectedField{"WALLS", "Main material of the outer walls", "STRING", 4, 1, 0, "0", "",
                        "A Brick or concrete blocks\tB Wood or timber\tC Mud or earth\tX Other material\t", h}
-      << integerField("WATER", "Main source of drinking water", 17, 2, "11", "96", WaterLabels, h);
+      << integerField("WATER", "Main source of drinking water", 5, 2, "11", "96", WaterLabels, h);
     for (int k = 1; k <= 6; ++k)
-        f << ExpectedField{QStringLiteral("ASSET_%1").arg(k), "Household owns the item", "INTEGER", 18 + k, 1, 0,
+        f << ExpectedField{QStringLiteral("ASSET_%1").arg(k), "Household owns the item", "INTEGER", 6 + k, 1, 0,
                            "1", "2", "1 Yes\t2 No\t", h};
-    f << integerField("LANDAREA", "Agricultural land in hectares", 25, 5, "0", "0.5",
+    f << integerField("LANDAREA", "Agricultural land in hectares", 13, 5, "0", "0.5",
                       "0.5 Under one hectare\t0 One hectare or more\t", h)
-      << integerField("RENT", "Monthly rent paid", 30, 7, "0", "9999999", "", h)
-      << integerField("HHSIZE", "Persons in the household", 37, 2, "0", "99", "", h)
-      << ExpectedField{"ADDRESS", "Street address", "STRING", 39, 30, 0, "", "", "", h}
-      << integerField("PLINE", "Person line number", 13, 2, "0", "0", "0 Line\t", p)
-      << integerField("RELATION", "Relationship to head of household", 15, 1, "1", "9", RelationLabels, p)
-      << integerField("SEX", "Sex", 16, 1, "1", "2", "1 Male\t2 Female\t", p)
-      << integerField("AGE", "Age in completed years", 17, 3, "0", "999",
+      << integerField("RENT", "Monthly rent paid", 18, 7, "0", "9999999", "", h)
+      << integerField("HHSIZE", "Persons in the household", 25, 2, "0", "99", "", h)
+      << ExpectedField{"ADDRESS", "Street address", "STRING", 27, 30, 0, "", "", "", h}
+      << integerField("PLINE", "Person line number", 1, 2, "0", "0", "0 Line\t", p)
+      << integerField("RELATION", "Relationship to head of household", 3, 1, "1", "9", RelationLabels, p)
+      << integerField("SEX", "Sex", 4, 1, "1", "2", "1 Male\t2 Female\t", p)
+      << integerField("AGE", "Age in completed years", 5, 3, "0", "999",
                       "0 Years\t98 98 years or more\t999 Not reported\t", p)
-      << integerField("BIRTHDATE", "Date of birth", 20, 6, "0", "999999", "", p)
-      << integerField("MARITAL", "Marital status", 26, 1, "1", "9", MaritalLabels, p)
-      << integerField("SCHOOL", "School attendance", 27, 1, "1", "9", SchoolLabels, p)
-      << ExpectedField{"OCCUP", "Occupation (ISCO-08 unit group)", "STRING", 28, 4, 0, "0", "",
+      << integerField("BIRTHDATE", "Date of birth", 8, 6, "0", "999999", "", p)
+      << integerField("BIRTHYEAR", "Year of birth", 14, 4, "0", "9999", "", p)
+      << integerField("BIRTHMONTH", "Month of birth", 18, 2, "0", "99", "0 Month\t99 Not reported\t", p)
+      << integerField("MARITAL", "Marital status", 20, 1, "1", "9", MaritalLabels, p)
+      << integerField("SCHOOL", "School attendance", 21, 1, "1", "9", SchoolLabels, p)
+      << ExpectedField{"OCCUP", "Occupation (ISCO-08 unit group)", "STRING", 22, 4, 0, "0", "",
                        "1120 Managing directors and chief executives\t2341 Primary school teachers\t6111 Field crop "
                        "and vegetable growers\t7115 Carpenters and joiners\t9999 Not stated\t",
                        p}
-      << integerField("INCOME", "Monthly income from work", 32, 8, "0", "99999999", "", p)
-      << integerField("CHILDREN", "Children ever born", 40, 2, "0", "99",
+      << integerField("INCOME", "Monthly income from work", 26, 8, "0", "99999999", "", p)
+      << integerField("CHILDREN", "Children ever born", 34, 2, "0", "99",
                       "0 Children\t98 Not applicable\t99 Not reported\t", p)
-      << integerField("DLINE", "Line of the deceased", 13, 2, "0", "99", "", d)
-      << integerField("DSEX", "Sex of the deceased", 15, 1, "1", "2", "1 Male\t2 Female\t", d)
-      << integerField("DAGE", "Age at death", 16, 3, "0", "999", "0 Years\t98 98 years or more\t999 Not reported\t", d)
-      << integerField("DCAUSE", "Cause of death", 19, 1, "1", "9", CauseLabels, d);
+      << integerField("DLINE", "Line of the deceased", 1, 2, "0", "99", "", d)
+      << integerField("DSEX", "Sex of the deceased", 3, 1, "1", "2", "1 Male\t2 Female\t", d)
+      << integerField("DAGE", "Age at death", 4, 3, "0", "999", "0 Years\t98 98 years or more\t999 Not reported\t", d)
+      << integerField("DCAUSE", "Cause of death", 7, 1, "1", "9", CauseLabels, d);
     return f;
 }
 
@@ -995,17 +1001,28 @@ TEST(CensusImport, JsonDictionaryRecordLayout)
     expectRecordLayout(importer, provider);
 }
 
+// census.json gives its record items no start: the reading lays every
+// record's items out from column 1 again, on top of the record type and the
+// identification items (the identification items keep their columns).
 TEST(CensusImport, JsonDictionaryFieldsCutTheirColumns)
 {
     TCSProJsonDataImport importer(CensusJson);
     importer.openFile();
     TKxDataProvider provider;
     provider.genericGetFieldsFrom(&importer);
-    QList<QPair<QString, QString>> cuts = censusCuts();
+    const char *const cuts[][2] = {{"PROVINCE", "CD"}, {"DISTRICT", "EF"},     {"URBRUR", "G"},      {"EA", "HIJ"},
+                                   {"HHNUM", "KLM"},   {"DWELLING", "B"},      {"ROOMS", "CD"},      {"WALLS", "E"},
+                                   {"WATER", "FG"},    {"LANDAREA", "NOPQR"},  {"PLINE", "BC"},      {"RELATION", "D"},
+                                   {"SEX", "E"},       {"AGE", "FGH"},         {"BIRTHDATE", "IJKLMN"},
+                                   {"BIRTHYEAR", "OPQR"}, {"BIRTHMONTH", "ST"}, {"DLINE", "BC"},     {"DSEX", "D"},
+                                   {"DAGE", "EFG"},    {"DCAUSE", "H"}};
+    QList<QPair<QString, QString>> expected;
+    for (const auto &cut : cuts)
+        expected.append({QLatin1String(cut[0]), QLatin1String(cut[1])});
+    // ASSET_1 to _6 start at columns 7 to 12.
     for (int k = 1; k <= 6; ++k)
-        cuts.append({QStringLiteral("ASSET_%1").arg(k), QString(Letters.at(18 + k))});
-    expectCuts(provider, cuts);
-    EXPECT_EQ(provider.getField("BIRTHYEAR"), nullptr);
+        expected.append({QStringLiteral("ASSET_%1").arg(k), QString(Letters.at(6 + k))});
+    expectCuts(provider, expected);
 }
 
 TEST(CensusImport, CensusQuestionnaireCheckedAgainstTheDictionaryRecords)
@@ -1085,16 +1102,19 @@ TEST(SampleNotes, CensusTextDictionary)
 
 TEST(SampleNotes, CensusJsonDictionary)
 {
-    // The "special" values, the "range" pairs, ASSET's occurrence labels and
-    // the items with "decimals" (noted once the item and its value set are read).
+    // The "special" values, the "range" pairs, ASSET's occurrence labels, the
+    // items with "decimals" (noted once the item and its value set are read)
+    // and BIRTHDATE's two subitems, each read as an item.
     const char *special = "special-not-read";
     const char *range = "range-code";
+    const char *subitem = "subitem-read-as-item";
     expectNoteKinds(notesOfSample<TCSProJsonDataImport>("census.json"),
                     {{0, "DWELLING_VS1", special}, {0, "ROOMS_VS1", range}, {0, "ROOMS_VS1", special},
                      {0, "ASSET", "occurrence-labels-not-read"}, {0, "LANDAREA_VS1", range},
                      {0, "LANDAREA", "decimals-not-read"}, {0, "RENT", "decimals-not-read"},
                      {0, "PLINE_VS1", range}, {0, "RELATION_VS1", special}, {0, "AGE_VS1", range},
-                     {0, "AGE_VS1", special}, {0, "MARITAL_VS1", special}, {0, "SCHOOL_VS1", special},
+                     {0, "AGE_VS1", special}, {0, "BIRTHYEAR", subitem}, {0, "BIRTHMONTH_VS1", range},
+                     {0, "BIRTHMONTH_VS1", special}, {0, "BIRTHMONTH", subitem}, {0, "MARITAL_VS1", special}, {0, "SCHOOL_VS1", special},
                      {0, "SCHOOL_VS1", special}, {0, "INCOME", "decimals-not-read"}, {0, "CHILDREN_VS1", range},
                      {0, "CHILDREN_VS1", special}, {0, "CHILDREN_VS1", special}, {0, "DAGE_VS1", range},
                      {0, "DAGE_VS1", special}, {0, "DCAUSE_VS1", special}});

@@ -99,7 +99,8 @@ TEST(CSProJson, LoadThroughTheBaseClassReadsJson)
     TCSProJson json;
     TCSPro *d = &json;
     d->loadFromFile(kxtest::samplePath(QStringLiteral("census.json")));
-    EXPECT_EQ(d->getItemsCount(), 33);
+    // 28 items, ASSET's six copies counted, and BIRTHDATE's two subitems read as items: 35.
+    EXPECT_EQ(d->getItemsCount(), 35);
 }
 
 // --------------------------------------------------------- dictionary level
@@ -492,26 +493,32 @@ void expectCensusJsonRecords(TCSProJson &d)
 
 void expectCensusJsonItems(TCSProJson &d)
 {
-    // Every item takes the dictionary's default zeroFill, true, as none says otherwise; only LANDAREA
-    // has "decimalMark". BIRTHDATE's subitems are not read; ASSET's copies get the index 9.
+    // census.json has relative positions and gives only the identification
+    // items a "start": every record's items are laid out again from column 1,
+    // one after the other (length × occurrences), and BIRTHDATE's subitems
+    // ("subitem": true) are read as items of their own that take columns too.
+    // "zeroFill" is written on every numeric item; alpha items take the
+    // dictionary's default, true. Only LANDAREA has "decimalMark". ASSET's
+    // copies get the index 9, the number of items before them.
     const Expected expected[] = {
-        {"PROVINCE", 2, 2, 0, false, true, 0, "Common"}, {"DISTRICT", 4, 2, 0, false, true, 0, "Common"},
-        {"URBRUR", 6, 1, 0, false, true, 0, "Common"},   {"EA", 7, 3, 0, false, true, 0, "Common"},
-        {"HHNUM", 10, 3, 0, false, true, 0, "Common"},   {"DWELLING", 13, 1, 0, false, true, 0, "HOUSING"},
-        {"ROOMS", 14, 2, 0, false, true, 0, "HOUSING"},  {"WALLS", 16, 1, 1, false, true, 0, "HOUSING"},
-        {"WATER", 17, 2, 0, false, true, 0, "HOUSING"},  {"ASSET_1", 19, 1, 0, false, true, 9, "HOUSING"},
-        {"ASSET_2", 20, 1, 0, false, true, 9, "HOUSING"}, {"ASSET_3", 21, 1, 0, false, true, 9, "HOUSING"},
-        {"ASSET_4", 22, 1, 0, false, true, 9, "HOUSING"}, {"ASSET_5", 23, 1, 0, false, true, 9, "HOUSING"},
-        {"ASSET_6", 24, 1, 0, false, true, 9, "HOUSING"}, {"LANDAREA", 25, 5, 0, true, true, 0, "HOUSING"},
-        {"RENT", 30, 7, 0, false, true, 0, "HOUSING"},   {"HHSIZE", 37, 2, 0, false, true, 0, "HOUSING"},
-        {"ADDRESS", 39, 30, 1, false, true, 0, "HOUSING"}, {"PLINE", 13, 2, 0, false, true, 0, "PERSON"},
-        {"RELATION", 15, 1, 0, false, true, 0, "PERSON"}, {"SEX", 16, 1, 0, false, true, 0, "PERSON"},
-        {"AGE", 17, 3, 0, false, true, 0, "PERSON"},     {"BIRTHDATE", 20, 6, 0, false, true, 0, "PERSON"},
-        {"MARITAL", 26, 1, 0, false, true, 0, "PERSON"}, {"SCHOOL", 27, 1, 0, false, true, 0, "PERSON"},
-        {"OCCUP", 28, 4, 1, false, true, 0, "PERSON"},   {"INCOME", 32, 8, 0, false, true, 0, "PERSON"},
-        {"CHILDREN", 40, 2, 0, false, true, 0, "PERSON"}, {"DLINE", 13, 2, 0, false, true, 0, "DEATH"},
-        {"DSEX", 15, 1, 0, false, true, 0, "DEATH"},     {"DAGE", 16, 3, 0, false, true, 0, "DEATH"},
-        {"DCAUSE", 19, 1, 0, false, true, 0, "DEATH"},
+        {"PROVINCE", 2, 2, 0, false, true, 0, "Common"},  {"DISTRICT", 4, 2, 0, false, true, 0, "Common"},
+        {"URBRUR", 6, 1, 0, false, false, 0, "Common"},   {"EA", 7, 3, 0, false, true, 0, "Common"},
+        {"HHNUM", 10, 3, 0, false, true, 0, "Common"},    {"DWELLING", 1, 1, 0, false, false, 0, "HOUSING"},
+        {"ROOMS", 2, 2, 0, false, true, 0, "HOUSING"},    {"WALLS", 4, 1, 1, false, true, 0, "HOUSING"},
+        {"WATER", 5, 2, 0, false, false, 0, "HOUSING"},   {"ASSET_1", 7, 1, 0, false, false, 9, "HOUSING"},
+        {"ASSET_2", 8, 1, 0, false, false, 9, "HOUSING"}, {"ASSET_3", 9, 1, 0, false, false, 9, "HOUSING"},
+        {"ASSET_4", 10, 1, 0, false, false, 9, "HOUSING"}, {"ASSET_5", 11, 1, 0, false, false, 9, "HOUSING"},
+        {"ASSET_6", 12, 1, 0, false, false, 9, "HOUSING"}, {"LANDAREA", 13, 5, 0, true, false, 0, "HOUSING"},
+        {"RENT", 18, 7, 0, false, false, 0, "HOUSING"},   {"HHSIZE", 25, 2, 0, false, true, 0, "HOUSING"},
+        {"ADDRESS", 27, 30, 1, false, true, 0, "HOUSING"}, {"PLINE", 1, 2, 0, false, true, 0, "PERSON"},
+        {"RELATION", 3, 1, 0, false, false, 0, "PERSON"}, {"SEX", 4, 1, 0, false, false, 0, "PERSON"},
+        {"AGE", 5, 3, 0, false, false, 0, "PERSON"},      {"BIRTHDATE", 8, 6, 0, false, false, 0, "PERSON"},
+        {"BIRTHYEAR", 14, 4, 0, false, false, 0, "PERSON"}, {"BIRTHMONTH", 18, 2, 0, false, false, 0, "PERSON"},
+        {"MARITAL", 20, 1, 0, false, false, 0, "PERSON"}, {"SCHOOL", 21, 1, 0, false, false, 0, "PERSON"},
+        {"OCCUP", 22, 4, 1, false, true, 0, "PERSON"},    {"INCOME", 26, 8, 0, false, false, 0, "PERSON"},
+        {"CHILDREN", 34, 2, 0, false, false, 0, "PERSON"}, {"DLINE", 1, 2, 0, false, true, 0, "DEATH"},
+        {"DSEX", 3, 1, 0, false, false, 0, "DEATH"},      {"DAGE", 4, 3, 0, false, false, 0, "DEATH"},
+        {"DCAUSE", 7, 1, 0, false, false, 0, "DEATH"},
     };
     ASSERT_EQ(d.getItemsCount(), int(std::size(expected)));
     for (int i = 0; i < d.getItemsCount(); ++i) {
@@ -557,21 +564,22 @@ void expectCensusJsonValueSets(TCSProJson &d)
               "9=Not reported"}},
         {21, sexes},
         {22, ages},
-        {24, {"1=Never married", "2=Married", "3=Consensual union", "4=Separated or divorced", "5=Widowed",
+        {25, {"1:12=Month", "99=Not reported"}},
+        {26, {"1=Never married", "2=Married", "3=Consensual union", "4=Separated or divorced", "5=Widowed",
               "9=Not reported"}},
-        {25, {"1=Attending", "2=Attended in the past", "3=Never attended", "8=Not applicable", "9=Not reported"}},
-        {26, {"1120=Managing directors and chief executives", "2341=Primary school teachers",
+        {27, {"1=Attending", "2=Attended in the past", "3=Never attended", "8=Not applicable", "9=Not reported"}},
+        {28, {"1120=Managing directors and chief executives", "2341=Primary school teachers",
               "6111=Field crop and vegetable growers", "7115=Carpenters and joiners", "9999=Not stated"}},
-        {28, {"0:30=Children", "98=Not applicable", "99=Not reported"}},
-        {30, sexes},
-        {31, ages},
-        {32, {"1=Illness", "2=Accident", "3=Violence", "4=Pregnancy or childbirth", "9=Not known"}},
+        {30, {"0:30=Children", "98=Not applicable", "99=Not reported"}},
+        {32, sexes},
+        {33, ages},
+        {34, {"1=Illness", "2=Accident", "3=Violence", "4=Pregnancy or childbirth", "9=Not known"}},
     };
     for (int i = 0; i < d.getItemsCount(); ++i)
         EXPECT_EQ(entriesOf(d.getItem(i)), entries.value(i)) << i;
     EXPECT_EQ(d.getItem(0)->getValueSet(0)->name, QStringLiteral("PROVINCE_VS1"));
     EXPECT_EQ(d.getItem(0)->getValueSet(0)->label, QStringLiteral("Province"));
-    EXPECT_EQ(d.getItem(30)->getValueSet(0)->label, QStringLiteral("Sex"));
+    EXPECT_EQ(d.getItem(32)->getValueSet(0)->label, QStringLiteral("Sex"));
 }
 
 } // namespace
