@@ -33,21 +33,27 @@ for round in $(seq "$rounds"); do
     hyperfine -N --style none --warmup 3 --runs "$runs" --export-json "$work/round-$round.json" \
         "readstat $work/large.sav" "$inspect $work/large.sav" \
         "readstat $work/large.dta" "$inspect $work/large.dta" \
-        "$inspect --help" >/dev/null
+        "$inspect --help" \
+        "$inspect --codebook $work/large.sav" "$inspect --codebook $work/large.dta" >/dev/null
 done
 
 python3 - "$work" "$rounds" <<'EOF'
 import json, statistics, sys
 work, rounds = sys.argv[1], int(sys.argv[2])
-medians = []  # per round: readstat sav, inspector sav, readstat dta, inspector dta, --help (ms)
+medians = []  # per round: readstat sav, inspector sav, readstat dta, inspector dta, --help,
+              # --codebook sav, --codebook dta (ms)
 for r in range(1, rounds + 1):
     with open(f"{work}/round-{r}.json") as f:
         medians.append([res["median"] * 1e3 for res in json.load(f)["results"]])
 sav = [m[1] / m[0] for m in medians]
 dta = [m[3] / m[2] for m in medians]
-print("round  readstat.sav  inspect.sav  ratio  readstat.dta  inspect.dta  ratio  --help  (medians, ms)")
+csav = [m[5] / m[0] for m in medians]
+cdta = [m[6] / m[2] for m in medians]
+print("round  readstat.sav  inspect.sav  ratio  readstat.dta  inspect.dta  ratio  --help  "
+      "codebook.sav  ratio  codebook.dta  ratio  (medians, ms)")
 for r, m in enumerate(medians, 1):
-    print(f"{r:5d}  {m[0]:12.2f}  {m[1]:11.2f}  {sav[r-1]:5.2f}  {m[2]:12.2f}  {m[3]:11.2f}  {dta[r-1]:5.2f}  {m[4]:6.2f}")
+    print(f"{r:5d}  {m[0]:12.2f}  {m[1]:11.2f}  {sav[r-1]:5.2f}  {m[2]:12.2f}  {m[3]:11.2f}  {dta[r-1]:5.2f}  "
+          f"{m[4]:6.2f}  {m[5]:12.2f}  {csav[r-1]:5.2f}  {m[6]:12.2f}  {cdta[r-1]:5.2f}")
 help_ms = statistics.median(m[4] for m in medians)
 def verdict(ok):
     return "met" if ok else "NOT MET"
@@ -57,4 +63,8 @@ print(f"SPSS  inspector / readstat, median of rounds: {statistics.median(sav):.2
 print(f"Stata inspector / readstat, median of rounds: {statistics.median(dta):.2f} "
       f"(rounds {min(dta):.2f} to {max(dta):.2f})  at most 3: {verdict(statistics.median(dta) <= 3)}")
 print(f"--help, median of rounds: {help_ms:.2f} ms  under 3 ms: {verdict(help_ms < 3)}")
+print(f"SPSS  --codebook / readstat, median of rounds: {statistics.median(csav):.2f} "
+      f"(rounds {min(csav):.2f} to {max(csav):.2f})  at most 2: {verdict(statistics.median(csav) <= 2)}")
+print(f"Stata --codebook / readstat, median of rounds: {statistics.median(cdta):.2f} "
+      f"(rounds {min(cdta):.2f} to {max(cdta):.2f})  at most 2: {verdict(statistics.median(cdta) <= 2)}")
 EOF

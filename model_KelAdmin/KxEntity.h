@@ -597,7 +597,7 @@ public:
     //!@{
     QList<SelectionTreeUnit *> *getChildren() const { return children; }
     void setChildren(QList<SelectionTreeUnit *> *value) { children = value; }
-    void addChildren(SelectionTreeUnit *child) { children->append(child); }
+    void addChildren(SelectionTreeUnit *unit) { children->append(unit); }
     //!@}
     //! Named numbers shown with the unit.
     //!@{
