@@ -67,7 +67,7 @@ def expand(args, workdir):
 
 def document_of(inspector, args, workdir, failures):
     r = run(inspector, ["--json"] + expand(args, workdir))
-    allowed = (0, 4) if "--check" in args else (0,)
+    allowed = (0, 4) if "--check" in args else (0, 6) if "--diff" in args else (0,)
     if r.returncode not in allowed:
         failures.append("the inspector exited %d: %s" % (r.returncode, r.stderr.decode(errors="replace")))
         return None
@@ -95,6 +95,8 @@ def check_valid(validator, document, failures):
         failures.append("not valid: " + error)
     if not failures and document.get("kind") == "codebook":
         print("valid codebook document (%d variables)" % len(document["variables"]))
+    elif not failures and document.get("kind") == "comparison":
+        print("valid comparison document (%d changes)" % len(document["changes"]))
     elif not failures:
         kind = "lookup" if "separator" in document else "dictionary"
         print("valid %s document (%d fields or labels, %s)" % (
@@ -131,6 +133,18 @@ def codebook_variants(variant, document):
         variant("an empty record name instead of null", lambda d: d["variables"][0].update(record=""))
 
 
+def comparison_variants(variant, document):
+    """What the comparison schema must reject."""
+    variant("kind other than comparison", lambda d: d.update(kind="codebook"))
+    variant("positionsCompared as a text", lambda d: d.update(positionsCompared="yes"))
+    variant("old without format", lambda d: d["old"].pop("format"))
+    variant("an unknown change kind", lambda d: d["changes"][0].update(kind="variable-teleported"))
+    variant("a severity of 4", lambda d: d["changes"][0].update(severity=4))
+    variant("a change without detail", lambda d: d["changes"][0].pop("detail"))
+    variant("a change with an unknown key", lambda d: d["changes"][0].update(column=3))
+    variant("an empty variable instead of null", lambda d: d["changes"][0].update(variable=""))
+
+
 def wrong_variants(document):
     """(what is wrong, the document with it)."""
     variants = []
@@ -144,6 +158,9 @@ def wrong_variants(document):
     if document.get("kind") == "codebook":
         items = "variables"
         codebook_variants(variant, document)
+    elif document.get("kind") == "comparison":
+        items = "variables"
+        comparison_variants(variant, document)
     variant("schemaVersion missing", lambda d: d.pop("schemaVersion"))
     variant("schemaVersion 2", lambda d: d.update(schemaVersion=2))
     variant("schemaVersion as a text", lambda d: d.update(schemaVersion="1"))
@@ -189,11 +206,12 @@ def wrong_variants(document):
 
 
 def check_rejects(validator, document, failures):
-    if not document.get("fields", document.get("labelFrequencies", document.get("variables"))):
+    if not document.get("fields", document.get("labelFrequencies",
+                                               document.get("variables", document.get("changes")))):
         failures.append("the document has nothing to change")
         return
     check_valid(validator, document, failures)
-    if document.get("kind") != "codebook":
+    if document.get("kind") not in ("codebook", "comparison"):
         check_accepts_notes(validator, document, failures)
     for what, variant in wrong_variants(document):
         if validator.is_valid(variant):

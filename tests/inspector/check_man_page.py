@@ -30,7 +30,7 @@ import kxcheck
 
 SECTIONS = ["NAME", "SYNOPSIS", "DESCRIPTION", "OPTIONS", "FORMATS", "OUTPUT", "READING NOTES", "EXIT STATUS",
             "FILES", "EXAMPLES", "SEE ALSO"]
-EXIT_STATUSES = ["0", "1", "2", "3", "4", "5"]
+EXIT_STATUSES = ["0", "1", "2", "3", "4", "5", "6"]
 OPTION = re.compile(r"(?<![\w-])(--[a-z][a-z-]*[a-z])")
 
 

@@ -6,6 +6,9 @@
 // the options, the report that the importers fill, one writer per output.
 #include "CodebookWriters.h"
 #include "CsvWriter.h"
+#include "DiffPage.h"
+#include "DiffWriters.h"
+#include "FileOutput.h"
 #include "HtmlWriter.h"
 #include "InspectOptions.h"
 #include "InspectReport.h"
@@ -22,7 +25,12 @@
 #include <QScopedPointer>
 #include <QTextStream>
 
+#include <KxCodebookDdi.h>
+#include <model_KelAdmin_version.h>
+
 #include <dlfcn.h>
+
+#include <cstdio>
 
 using namespace kxinspect;
 
@@ -75,20 +83,29 @@ int exitStatusOf(const InspectReport &report, const InspectOptions &o)
     return ExitOk;
 }
 
-//! --codebook: the file read by the codebook library, as its own format means it.
-int inspectCodebook(const InspectOptions &o)
+/*! Reads \a file with the codebook library; on failure says why on stderr
+ * and returns a null codebook. */
+KxCodebook::Codebook readCodebook(const QString &file, const QString &format)
 {
     KxCodebook::Error error;
     const KxCodebook::Codebook codebook =
-        KxCodebook::Codebook::fromFile(o.file, &error, KxCodebook::formatFromName(o.format));
+        KxCodebook::Codebook::fromFile(file, &error, KxCodebook::formatFromName(format));
     if (!error.ok()) {
         // The codebook's messages start with the file's name; the error line names it once.
         QString problem = error.message;
-        if (problem.startsWith(o.file + QLatin1String(": ")))
-            problem = problem.mid(o.file.size() + 2);
-        printError(o.file, problem);
-        return ExitInputError;
+        if (problem.startsWith(file + QLatin1String(": ")))
+            problem = problem.mid(file.size() + 2);
+        printError(file, problem);
     }
+    return codebook;
+}
+
+//! --codebook: the file read by the codebook library, as its own format means it.
+int inspectCodebook(const InspectOptions &o)
+{
+    const KxCodebook::Codebook codebook = readCodebook(o.file, o.format);
+    if (codebook.isNull())
+        return ExitInputError;
     WriteSettings settings;
     settings.wideLabels = o.wide;
     if (o.json)
@@ -100,8 +117,65 @@ int inspectCodebook(const InspectOptions &o)
     return ExitOk;
 }
 
+//! --ddi OUT: the codebook as a DDI Codebook 2.5 document, to OUT or ("-") the standard output.
+int inspectDdi(const InspectOptions &o)
+{
+    const KxCodebook::Codebook codebook = readCodebook(o.file, o.format);
+    if (codebook.isNull())
+        return ExitInputError;
+    KxCodebook::DdiOptions options;
+    options.producer = QStringLiteral("keladmin-inspect");
+    options.producerVersion = QLatin1String(MODEL_KELADMIN_VERSION_STRING);
+    const QByteArray document = KxCodebook::toDdi(codebook, options);
+    if (o.ddi == QLatin1String("-")) {
+        QTextStream &out = standardOutput();
+        out.flush();
+        std::fwrite(document.constData(), 1, size_t(document.size()), stdout);
+        return ExitOk;
+    }
+    const QString failure = writeFileWhole(o.ddi, document);
+    if (!failure.isEmpty()) {
+        printError(o.ddi, failure);
+        return ExitOutputError;
+    }
+    return ExitOk;
+}
+
+//! --diff OLD NEW: what changed between the two files' codebooks; 0 no change, ExitChanges changes.
+int inspectDiff(const InspectOptions &o)
+{
+    DiffReport report;
+    report.oldFile = o.file;
+    report.newFile = o.newFile;
+    report.oldCodebook = readCodebook(o.file, o.format);
+    report.newCodebook = readCodebook(o.newFile, o.format);
+    if (report.oldCodebook.isNull() || report.newCodebook.isNull())
+        return ExitInputError;
+    report.ignoreLabels = o.ignoreLabels;
+    KxCodebook::CompareOptions options;
+    options.ignoreLabels = o.ignoreLabels;
+    report.comparison = KxCodebook::compare(report.oldCodebook, report.newCodebook, options);
+    WriteSettings settings;
+    if (o.json)
+        writeDiffJson(report, standardOutput());
+    else
+        writeDiffTable(report, settings, standardOutput());
+    if (!o.html.isEmpty()) {
+        const QString failure = writeFileWhole(o.html, diffPage(report).toUtf8());
+        if (!failure.isEmpty()) {
+            printError(o.html, failure);
+            return ExitOutputError;
+        }
+    }
+    return report.comparison.isEmpty() ? ExitOk : ExitChanges;
+}
+
 int inspect(const InspectOptions &o, bool dialogPossible)
 {
+    if (o.diff)
+        return inspectDiff(o);
+    if (!o.ddi.isEmpty())
+        return inspectDdi(o);
     if (o.codebook)
         return inspectCodebook(o);
     const WarningSink warn = [&o](const QString &warning) { printError(o.file, warning); };

@@ -18,6 +18,9 @@ const char *const UsageText =
     "                   [--verbose]\n"
     "  keladmin-inspect --codebook [--format cspro|cspro8|spss|stata]\n"
     "                   [--json | --csv] [--wide] FILE\n"
+    "  keladmin-inspect --ddi OUT [--codebook] [--format F] FILE\n"
+    "  keladmin-inspect --diff [--json] [--html PAGE] [--ignore-labels]\n"
+    "                   [--format F] OLD NEW\n"
     "  keladmin-inspect --help | --version\n";
 
 const char *const HelpText =
@@ -88,6 +91,28 @@ const char *const HelpText =
     "                    --csv one row per variable with a label column per\n"
     "                    language. Not with --decimal, --no-notes, --fail-on-notes\n"
     "                    or --html, which concern the front end's reading\n"
+    "  --ddi OUT         write the codebook as one DDI Codebook 2.5 document\n"
+    "                    (XML, namespace ddi:codebook:2_5, valid by the DDI\n"
+    "                    Alliance's schema) to OUT, - for the standard output:\n"
+    "                    the file's layout (CSPro records with their record types\n"
+    "                    and lengths), its variables with their columns, labels\n"
+    "                    per language, categories (missing ones marked) and\n"
+    "                    ranges. A repeated item gives one variable per\n"
+    "                    occurrence, NAME_1, NAME_2, ... OUT is written whole or\n"
+    "                    not at all (status 5)\n"
+    "  --diff OLD NEW    compare the codebooks of two files, of any two formats:\n"
+    "                    records and variables added, removed, renamed (matched\n"
+    "                    by record, start and width, or by label), moved,\n"
+    "                    resized; occurrences, types, decimals, formats, missing\n"
+    "                    values, labels per language, value sets and their\n"
+    "                    values. One row per change, grouped by record, most\n"
+    "                    serious first (layout, then content, then wording);\n"
+    "                    --json gives one document described by\n"
+    "                    share/keladmin-inspect/keladmin-diff.schema.json;\n"
+    "                    --html PAGE also writes a page with both files' column\n"
+    "                    rulers, the changed variables marked. Exit status 0\n"
+    "                    when nothing changed, 6 when something did\n"
+    "  --ignore-labels   with --diff: leave label wording out\n"
     "  --no-notes        leave the reading notes out (no Notes section in the\n"
     "                    table, no \"notes\" key in the JSON)\n"
     "  --fail-on-notes   exit with status 3 when the reading wrote at least one\n"
@@ -129,7 +154,8 @@ const char *const HelpText =
     "--check, 5 the output could not be written whole (standard output or the\n"
     "--html page, on a full disk or a closed pipe: one line on stderr names it\n"
     "and the system's reason, and a page not written whole leaves the old one\n"
-    "in place); with 3 and 4 the whole output is printed first.\n";
+    "in place), 6 --diff found changes; with 3, 4 and 6 the whole output is\n"
+    "printed first.\n";
 
 const char *standardOutputFailure(int earlierError)
 {

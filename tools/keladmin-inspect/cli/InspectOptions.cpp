@@ -43,10 +43,16 @@ private:
 
 QString setFile(InspectOptions &o, const QString &file)
 {
-    if (!o.file.isEmpty())
-        return QStringLiteral("only one file can be inspected");
-    o.file = file;
-    return QString();
+    if (o.file.isEmpty()) {
+        o.file = file;
+        return QString();
+    }
+    // --diff takes two files; the second may come before or after the option.
+    if (o.newFile.isEmpty() && !o.lookup) {
+        o.newFile = file;
+        return QString();
+    }
+    return o.diff ? QStringLiteral("--diff compares two files") : QStringLiteral("only one file can be inspected");
 }
 
 QString readFormat(ArgumentReader &reader, InspectOptions &o)
@@ -140,6 +146,10 @@ bool readSwitch(const QString &a, InspectOptions &o)
         o.check = true;
     else if (a == QLatin1String("--codebook"))
         o.codebook = true;
+    else if (a == QLatin1String("--diff"))
+        o.diff = true;
+    else if (a == QLatin1String("--ignore-labels"))
+        o.ignoreLabels = true;
     else
         return false;
     return true;
@@ -163,6 +173,11 @@ QString readArgument(ArgumentReader &reader, InspectOptions &o, GivenOptions &gi
         return readLookup(reader, o);
     if (a == QLatin1String("--html"))
         return readHtml(reader, o);
+    if (a == QLatin1String("--ddi")) {
+        if (!reader.takeValue(&o.ddi) || o.ddi.isEmpty())
+            return QStringLiteral("--ddi needs a file (- for the standard output)");
+        return QString();
+    }
     if (a == QLatin1String("--separator")) {
         given.separator = true;
         return readSeparator(reader, o);
@@ -188,10 +203,36 @@ bool sameFile(const QString &a, const QString &b)
 }
 
 //! Options that belong to one kind of file only.
+//! --diff OLD NEW and --ddi OUT: their own modes, with the options that apply to them.
+QString checkCodebookModes(const InspectOptions &o, const GivenOptions &given)
+{
+    if (o.diff && !o.ddi.isEmpty())
+        return QStringLiteral("--diff and --ddi cannot be combined");
+    if (o.diff && (o.newFile.isEmpty()))
+        return QStringLiteral("--diff needs two files, the old and the new");
+    if (o.diff && (o.csv || o.codebook || o.lookup || given.decimal || o.noNotes || o.failOnNotes || o.wide))
+        return QStringLiteral("--diff takes --json, --html, --ignore-labels and --format only");
+    if (!o.ddi.isEmpty() && (o.json || o.csv || o.lookup || !o.html.isEmpty() || given.decimal || o.noNotes
+                             || o.failOnNotes || o.wide))
+        return QStringLiteral("--ddi takes --format and --codebook only");
+    if (o.ignoreLabels && !o.diff)
+        return QStringLiteral("--ignore-labels applies to --diff");
+    if (!o.ddi.isEmpty() && o.ddi != QLatin1String("-") && sameFile(o.ddi, o.file))
+        return QStringLiteral("--ddi would overwrite the inspected file");
+    if (o.diff && !o.html.isEmpty() && (sameFile(o.html, o.file) || sameFile(o.html, o.newFile)))
+        return QStringLiteral("--html would overwrite a compared file");
+    return QString();
+}
+
 QString checkCombination(const InspectOptions &o, const GivenOptions &given)
 {
     if (o.file.isEmpty())
         return QStringLiteral("no file given");
+    const QString mode = checkCodebookModes(o, given);
+    if (!mode.isEmpty())
+        return mode;
+    if (!o.diff && !o.newFile.isEmpty())
+        return QStringLiteral("only one file can be inspected");
     if (o.json && o.csv)
         return QStringLiteral("--json and --csv cannot be combined");
     if (o.lookup && (given.format || given.decimal))
@@ -207,7 +248,7 @@ QString checkCombination(const InspectOptions &o, const GivenOptions &given)
     if (o.codebook && (given.decimal || o.noNotes || o.failOnNotes || !o.html.isEmpty()))
         return QStringLiteral("--decimal, --no-notes, --fail-on-notes and --html apply to the front end's reading, "
                               "not to --codebook");
-    if (!o.html.isEmpty() && sameFile(o.html, o.file))
+    if (!o.diff && !o.html.isEmpty() && sameFile(o.html, o.file))
         return QStringLiteral("--html would overwrite the inspected file");
     return QString();
 }

@@ -18,6 +18,10 @@ struct InspectOptions
     bool failOnNotes = false; //!< exit status 3 when the reading wrote notes
     bool verbose = false;
     bool codebook = false;    //!< --codebook: the codebook library's reading instead of the front end's
+    QString ddi;              //!< --ddi: where the DDI document goes ("-": stdout); empty when not asked
+    bool diff = false;        //!< --diff OLD NEW: compare two files' codebooks
+    QString newFile;          //!< --diff: the second file (file is the first)
+    bool ignoreLabels = false; //!< --ignore-labels: --diff leaves label wording out
     QString format;  //!< empty: detect
     QString decimal; //!< empty: default
     QString file;

@@ -13,7 +13,9 @@ enum ExitCode {
     ExitInputError = 1,
     ExitUsage = 2,
     ExitNotes = 3,         //!< --fail-on-notes and the reading wrote at least one note
-    ExitLookupMessages = 4 //!< --check and the lookup gave at least one message
+    ExitLookupMessages = 4, //!< --check and the lookup gave at least one message
+    // 5 is ExitOutputError (HelpText.h): the output could not be written whole.
+    ExitChanges = 6         //!< --diff found at least one change
 };
 
 //! Writes the synopsis and the whole help to stdout; the errno of a failed write, else 0.

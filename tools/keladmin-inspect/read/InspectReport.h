@@ -34,6 +34,7 @@ struct FieldRow
     QString record;              //!< name of the record the item was read into, even when group is empty
     bool identification = false; //!< an item of the common record: on every record's line
     bool subItem = false;        //!< a subitem: lies over its parent's columns and takes none of its own
+    bool changed = false;        //!< marked on a comparison page: something of it changed
 };
 
 //! One group (record type) of the importer: its "name=value" entry split in two.

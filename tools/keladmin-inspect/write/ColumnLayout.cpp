@@ -44,6 +44,7 @@ ColumnBox boxOfField(const FieldRow &f)
     box.label = f.label;
     box.start = f.start;
     box.length = f.size;
+    box.changed = f.changed;
     return box;
 }
 

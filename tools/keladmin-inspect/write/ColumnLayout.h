@@ -32,6 +32,7 @@ struct ColumnBox
     qint64 start = 0;
     qint64 length = 0;
     int lane = 0; //!< row within the items or the subitems, from 0
+    bool changed = false; //!< drawn marked: its field changed between two files
 
     qint64 end() const { return start + length - 1; }
 };

@@ -1,14 +1,11 @@
 #include "HtmlWriter.h"
 
 #include "ColumnLayout.h"
+#include "FileOutput.h"
 #include "SvgDrawing.h"
 #include "TextOutput.h"
 
-#include <QSaveFile>
 #include <QTextStream>
-
-#include <cerrno>
-#include <cstring>
 
 namespace kxinspect {
 
@@ -25,7 +22,7 @@ QString num(qint64 n)
 
 namespace {
 
-const char *const PageStyle =
+const char *const PageStyleText =
     "body { font-family: 'Liberation Sans', 'DejaVu Sans', sans-serif; font-size: 14px; margin: 24px;\n"
     "       color: #1d1d1d; }\n"
     "h1 { font-size: 22px; margin: 0 0 12px 0; }\n"
@@ -245,7 +242,7 @@ QString htmlOfReport(const InspectReport &report, const WriteSettings &settings)
     const QString title = QStringLiteral("Codebook of %1").arg(baseName(file));
     QString html = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\"/>\n");
     html += QStringLiteral("<title>%1</title>\n<style>\n%2</style>\n</head>\n<body>\n<h1>%1</h1>\n")
-                .arg(htmlText(title), QLatin1String(PageStyle));
+                .arg(htmlText(title), QLatin1String(PageStyleText));
     html += lookup ? lookupHtml(report.lookup) : dictionaryHtml(report);
     if (settings.notes && !report.notes.isEmpty())
         html += notesHtml(report.notes);
@@ -260,25 +257,12 @@ void writeHtmlReport(const InspectReport &report, const WriteSettings &settings,
 
 QString writeHtmlFile(const InspectReport &report, const WriteSettings &settings, const QString &path)
 {
-    QSaveFile file(path);
-    // Unbuffered: the page goes to the system in one write, whose failure
-    // (a full disk) keeps the system's reason.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return QStringLiteral("cannot be written: %1").arg(file.errorString());
-    const QByteArray page = htmlOfReport(report, settings).toUtf8();
-    // A short write must not replace the old page: the temporary file is
-    // dropped, and the old page stays as it was.
-    errno = 0;
-    if (file.write(page) != page.size()) {
-        const int writeError = errno;
-        const QString why = writeError != 0 ? QString::fromLocal8Bit(std::strerror(writeError)) : file.errorString();
-        file.cancelWriting();
-        file.commit();
-        return QStringLiteral("cannot be written: %1").arg(why);
-    }
-    if (!file.commit())
-        return QStringLiteral("cannot be written: %1").arg(file.errorString());
-    return QString();
+    return writeFileWhole(path, htmlOfReport(report, settings).toUtf8());
+}
+
+const char *pageStyle()
+{
+    return PageStyleText;
 }
 
 } // namespace kxinspect

@@ -17,6 +17,9 @@ namespace kxinspect {
  * notes and settings.notes. The page is also well-formed XML. */
 QString htmlOfReport(const InspectReport &report, const WriteSettings &settings = WriteSettings());
 
+//! The page's style sheet (CSS), shared by the comparison page.
+const char *pageStyle();
+
 //! Writes htmlOfReport() to \a out.
 void writeHtmlReport(const InspectReport &report, const WriteSettings &settings, QTextStream &out);
 

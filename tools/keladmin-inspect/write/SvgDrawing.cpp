@@ -186,7 +186,8 @@ QString boxSvg(const ColumnBox &box, const Geometry &g, int y)
     QString svg = QStringLiteral("<g><title>%1</title>").arg(htmlText(tooltipOf(box)));
     svg += QStringLiteral("<rect class=\"%1\" data-name=\"%2\" data-start=\"%3\" data-len=\"%4\" x=\"%5\" y=\"%6\" "
                           "width=\"%7\" height=\"%8\"/>")
-               .arg(kindClass(box.kind), htmlText(box.name), num(box.start), num(box.length), num(g.x(box.start)),
+               .arg(kindClass(box.kind) + (box.changed ? QStringLiteral(" changed") : QString()), htmlText(box.name),
+                    num(box.start), num(box.length), num(g.x(box.start)),
                     num(y), num(width), num(g.boxHeight));
     svg += nameSvg(box.kind == BoxKind::Gap ? QStringLiteral("gap") : box.name, g, g.x(box.start), width, y);
     return svg + QStringLiteral("</g>");
