@@ -78,7 +78,8 @@ INSTANTIATE_TEST_SUITE_P(
     Files, InspectorBadInput,
     ::testing::Values(
         BadInputCase{"MissingFile", "missing.dcf", {}, {}, "no such file"},
-        BadInputCase{"Directory", "directory", {}, {}, "is a directory, not a file"},
+        // A folder is searched for dictionaries and data files; this one is empty.
+        BadInputCase{"Directory", "directory", {}, {}, "no dictionaries or data files (.dcf, .json, .sav, .zsav, .dta) found"},
         BadInputCase{"EmptyFile", "empty.dcf", QByteArray(), {}, "empty file, format not recognised"},
         BadInputCase{"GarbageFile",
                      "garbage.bin",

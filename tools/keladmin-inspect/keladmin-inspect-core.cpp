@@ -8,6 +8,7 @@
 #include "CsvWriter.h"
 #include "DiffPage.h"
 #include "DiffWriters.h"
+#include "FileList.h"
 #include "FileOutput.h"
 #include "HtmlWriter.h"
 #include "InspectOptions.h"
@@ -22,6 +23,11 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
+#include <QSet>
 #include <QScopedPointer>
 #include <QTextStream>
 
@@ -170,8 +176,140 @@ int inspectDiff(const InspectOptions &o)
     return report.comparison.isEmpty() ? ExitOk : ExitChanges;
 }
 
+//! The statuses by how bad they are: success, notes, lookup messages, a file not read, output lost.
+int worseStatus(int a, int b)
+{
+    const auto rank = [](int status) {
+        switch (status) {
+        case ExitOk: return 0;
+        case ExitNotes: return 1;
+        case ExitLookupMessages: return 2;
+        case ExitInputError: return 3;
+        default: return 4;
+        }
+    };
+    return rank(b) > rank(a) ? b : a;
+}
+
+//! What several files gave, for the closing summary.
+struct FilesSummary
+{
+    int read = 0;
+    int withNotes = 0;
+    QMap<QString, int> filesByNoteKind;            //!< kind -> files with at least one note of it
+    QList<QPair<QString, QString>> failures;       //!< file, problem
+};
+
+void countNotes(const InspectReport &report, FilesSummary &summary)
+{
+    if (report.notes.isEmpty())
+        return;
+    ++summary.withNotes;
+    QSet<QString> kinds;
+    for (const NoteRow &n : report.notes)
+        kinds.insert(n.kind);
+    for (const QString &kind : kinds)
+        ++summary.filesByNoteKind[kind];
+}
+
+void writeSummaryTable(const FilesSummary &s, QTextStream &out)
+{
+    out << "Summary:\n";
+    out << "  Files read:        " << s.read << "\n";
+    out << "  Files failed:      " << s.failures.size() << "\n";
+    out << "  Files with notes:  " << s.withNotes << "\n";
+    if (!s.filesByNoteKind.isEmpty()) {
+        int width = 0;
+        for (auto it = s.filesByNoteKind.cbegin(); it != s.filesByNoteKind.cend(); ++it)
+            width = qMax(width, it.key().size());
+        out << "  Files by note kind:\n";
+        for (auto it = s.filesByNoteKind.cbegin(); it != s.filesByNoteKind.cend(); ++it)
+            out << "    " << it.key().leftJustified(width + 2) << it.value() << "\n";
+    }
+    if (!s.failures.isEmpty()) {
+        out << "  Failed:\n";
+        for (const auto &f : s.failures)
+            out << "    " << printable(f.first) << ": " << oneLine(f.second) << "\n";
+    }
+}
+
+QJsonObject jsonOfSummary(const FilesSummary &s)
+{
+    QJsonArray kinds;
+    for (auto it = s.filesByNoteKind.cbegin(); it != s.filesByNoteKind.cend(); ++it)
+        kinds.append(QJsonObject{{QStringLiteral("kind"), it.key()}, {QStringLiteral("files"), it.value()}});
+    QJsonArray failures;
+    for (const auto &f : s.failures)
+        failures.append(QJsonObject{{QStringLiteral("file"), f.first}, {QStringLiteral("problem"), f.second}});
+    return QJsonObject{{QStringLiteral("read"), s.read},
+                       {QStringLiteral("failed"), s.failures.size()},
+                       {QStringLiteral("withNotes"), s.withNotes},
+                       {QStringLiteral("filesByNoteKind"), kinds},
+                       {QStringLiteral("failures"), failures}};
+}
+
+/*! Several files or folders: one report per file (a failing file does not
+ * stop the others), then a summary; --json gives one document holding them
+ * all. The status is the worst of the files'. */
+int inspectSeveral(const InspectOptions &o, bool dialogPossible)
+{
+    const QStringList files = filesToInspect(o.files, o.recursive);
+    if (files.isEmpty()) {
+        printError(o.files.join(QStringLiteral(", ")), QStringLiteral("no dictionaries or data files (.dcf, .json, "
+                                                                         ".sav, .zsav, .dta) found"));
+        return ExitInputError;
+    }
+    WriteSettings settings;
+    settings.wideLabels = o.wide;
+    settings.notes = !o.noNotes;
+    QTextStream &out = standardOutput();
+    FilesSummary summary;
+    QJsonArray reports;
+    int status = ExitOk;
+    for (const QString &file : files) {
+        InspectOptions one = o;
+        one.file = file;
+        one.files = QStringList{file};
+        const WarningSink warn = [&file](const QString &warning) { printError(file, warning); };
+        InspectReport report;
+        const QString problem = fillDictionaryReport(one, dialogPossible, warn, report);
+        if (!problem.isEmpty()) {
+            printError(file, problem);
+            summary.failures.append({file, problem});
+            status = worseStatus(status, ExitInputError);
+            if (o.json)
+                reports.append(QJsonObject{{QStringLiteral("file"), file}, {QStringLiteral("problem"), problem}});
+            continue;
+        }
+        ++summary.read;
+        countNotes(report, summary);
+        status = worseStatus(status, exitStatusOf(report, one));
+        if (o.json) {
+            reports.append(QJsonObject{{QStringLiteral("file"), file},
+                                       {QStringLiteral("report"), jsonOfReport(report, settings)}});
+        } else {
+            out << "==> " << printable(file) << " <==\n";
+            writeTableReport(report, settings, out);
+            out << "\n";
+        }
+    }
+    if (o.json) {
+        const QJsonObject document{{QStringLiteral("schemaVersion"), JsonSchemaVersion},
+                                   {QStringLiteral("kind"), QStringLiteral("files")},
+                                   {QStringLiteral("files"), reports},
+                                   {QStringLiteral("summary"), jsonOfSummary(summary)}};
+        out << QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Indented));
+    } else {
+        writeSummaryTable(summary, out);
+    }
+    out.flush();
+    return status;
+}
+
 int inspect(const InspectOptions &o, bool dialogPossible)
 {
+    if (severalFiles(o))
+        return inspectSeveral(o, dialogPossible);
     if (o.diff)
         return inspectDiff(o);
     if (!o.ddi.isEmpty())

@@ -43,16 +43,12 @@ private:
 
 QString setFile(InspectOptions &o, const QString &file)
 {
-    if (o.file.isEmpty()) {
+    if (o.lookup && !o.file.isEmpty())
+        return QStringLiteral("only one file can be inspected");
+    if (o.file.isEmpty())
         o.file = file;
-        return QString();
-    }
-    // --diff takes two files; the second may come before or after the option.
-    if (o.newFile.isEmpty() && !o.lookup) {
-        o.newFile = file;
-        return QString();
-    }
-    return o.diff ? QStringLiteral("--diff compares two files") : QStringLiteral("only one file can be inspected");
+    o.files << file;
+    return QString();
 }
 
 QString readFormat(ArgumentReader &reader, InspectOptions &o)
@@ -79,6 +75,7 @@ QString readLookup(ArgumentReader &reader, InspectOptions &o)
         return QStringLiteral("only one file can be inspected");
     if (!reader.takeValue(&o.file))
         return QStringLiteral("--lookup needs a file");
+    o.files << o.file;
     o.lookup = true;
     return QString();
 }
@@ -150,6 +147,8 @@ bool readSwitch(const QString &a, InspectOptions &o)
         o.diff = true;
     else if (a == QLatin1String("--ignore-labels"))
         o.ignoreLabels = true;
+    else if (a == QLatin1String("--recursive"))
+        o.recursive = true;
     else
         return false;
     return true;
@@ -208,7 +207,7 @@ QString checkCodebookModes(const InspectOptions &o, const GivenOptions &given)
 {
     if (o.diff && !o.ddi.isEmpty())
         return QStringLiteral("--diff and --ddi cannot be combined");
-    if (o.diff && (o.newFile.isEmpty()))
+    if (o.diff && o.files.size() != 2)
         return QStringLiteral("--diff needs two files, the old and the new");
     if (o.diff && (o.csv || o.codebook || o.lookup || given.decimal || o.noNotes || o.failOnNotes || o.wide))
         return QStringLiteral("--diff takes --json, --html, --ignore-labels and --format only");
@@ -219,7 +218,7 @@ QString checkCodebookModes(const InspectOptions &o, const GivenOptions &given)
         return QStringLiteral("--ignore-labels applies to --diff");
     if (!o.ddi.isEmpty() && o.ddi != QLatin1String("-") && sameFile(o.ddi, o.file))
         return QStringLiteral("--ddi would overwrite the inspected file");
-    if (o.diff && !o.html.isEmpty() && (sameFile(o.html, o.file) || sameFile(o.html, o.newFile)))
+    if (o.diff && !o.html.isEmpty() && (sameFile(o.html, o.file) || sameFile(o.html, o.files.value(1))))
         return QStringLiteral("--html would overwrite a compared file");
     return QString();
 }
@@ -231,8 +230,10 @@ QString checkCombination(const InspectOptions &o, const GivenOptions &given)
     const QString mode = checkCodebookModes(o, given);
     if (!mode.isEmpty())
         return mode;
-    if (!o.diff && !o.newFile.isEmpty())
-        return QStringLiteral("only one file can be inspected");
+    if (severalFiles(o) && (o.csv || !o.html.isEmpty() || !o.ddi.isEmpty() || o.codebook))
+        return QStringLiteral("--csv, --html, --ddi and --codebook take one file");
+    if (o.recursive && (o.lookup || o.diff))
+        return QStringLiteral("--recursive applies to folders of dictionaries and data files");
     if (o.json && o.csv)
         return QStringLiteral("--json and --csv cannot be combined");
     if (o.lookup && (given.format || given.decimal))
@@ -255,6 +256,13 @@ QString checkCombination(const InspectOptions &o, const GivenOptions &given)
 
 } // namespace
 
+bool severalFiles(const InspectOptions &o)
+{
+    if (o.diff || o.lookup)
+        return false;
+    return o.files.size() > 1 || (o.files.size() == 1 && QFileInfo(o.files.first()).isDir());
+}
+
 QString parseArguments(const QStringList &args, InspectOptions &o)
 {
     GivenOptions given;
@@ -266,7 +274,10 @@ QString parseArguments(const QStringList &args, InspectOptions &o)
     }
     if (o.help || o.version)
         return QString();
-    return checkCombination(o, given);
+    const QString problem = checkCombination(o, given);
+    if (problem.isEmpty() && o.diff)
+        o.newFile = o.files.value(1);
+    return problem;
 }
 
 } // namespace kxinspect

@@ -24,13 +24,18 @@ struct InspectOptions
     bool ignoreLabels = false; //!< --ignore-labels: --diff leaves label wording out
     QString format;  //!< empty: detect
     QString decimal; //!< empty: default
-    QString file;
+    QString file;             //!< the file inspected (the first of files)
+    QStringList files;        //!< every file or folder named, in order; several make a report per file
+    bool recursive = false;   //!< --recursive: folders are searched in their subfolders too
     QString html;    //!< --html: the file the page is written to; empty when not asked
     bool lookup = false;
     QString separator;
     bool check = false;
     int maxMessages = 100;
 };
+
+//! Several files, or a folder: one report per file and a summary.
+bool severalFiles(const InspectOptions &options);
 
 //! Reads the arguments (without the program name) into \a options; an empty text on success, else the problem.
 QString parseArguments(const QStringList &args, InspectOptions &options);
