@@ -70,7 +70,8 @@ void writeDiffTable(const DiffReport &report, const WriteSettings &settings, QTe
         return;
     QList<QStringList> rows;
     for (const Change &c : report.comparison.changes)
-        rows << QStringList{printable(c.record), printable(subjectOf(c)), changeKindName(c.kind),
+        rows << QStringList{c.record.isEmpty() ? QStringLiteral("-") : printable(c.record), printable(subjectOf(c)),
+                            changeKindName(c.kind),
                             labelCell(c.oldValue, settings.wideLabels), labelCell(c.newValue, settings.wideLabels),
                             printable(c.detail)};
     out << "\n";

@@ -32,7 +32,9 @@ constexpr int DiffSchemaVersion = 1;
 
 /*! Writes the comparison as a header (the two files, the number of changes,
  * whether positions were compared) and one row per change, grouped by record,
- * most serious first: record, variable, change, old, new, detail. */
+ * most serious first: record ("-" for none: identification items, SPSS and
+ * Stata variables), subject (variable, value set, [value], (language)),
+ * change, old, new, detail. */
 void writeDiffTable(const DiffReport &report, const WriteSettings &settings, QTextStream &out);
 //! The comparison as one JSON object.
 QJsonObject jsonOfDiff(const DiffReport &report);
