@@ -140,25 +140,6 @@ Special specialFromName(const QJsonValue &value)
     return Special::None;  // CSPro warns and keeps the value as an ordinary one
 }
 
-QVector<MissingValue> missingValuesOf(const ValueSet &set)
-{
-    QVector<MissingValue> missing;
-    for (const Value &value : set.values) {
-        if (value.special == Special::None)
-            continue;
-        for (const Code &code : value.codes) {
-            MissingValue m;
-            m.from = code.from;
-            m.to = code.to;
-            m.isRange = code.isRange;
-            m.special = value.special;
-            m.label = value.labels.primary();
-            missing.append(m);
-        }
-    }
-    return missing;
-}
-
 Error failure(Error::Kind kind, const QString &fileName, const QString &message, int line = 0)
 {
     Error e;

@@ -26,6 +26,25 @@ void fillLinkedValueSets(QVector<Variable> *variables)
     }
 }
 
+QVector<MissingValue> missingValuesOf(const ValueSet &set)
+{
+    QVector<MissingValue> missing;
+    for (const Value &value : set.values) {
+        if (value.special == Special::None)
+            continue;
+        for (const Code &code : value.codes) {
+            MissingValue m;
+            m.from = code.from;
+            m.to = code.to;
+            m.isRange = code.isRange;
+            m.special = value.special;
+            m.label = value.labels.primary();
+            missing.append(std::move(m));
+        }
+    }
+    return missing;
+}
+
 namespace {
 
 // The last column of \a v, in 64 bits: starts and widths come from the file.

@@ -1,8 +1,9 @@
 #ifndef KXCODEBOOK_CSPROLAYOUT_P_H
 #define KXCODEBOOK_CSPROLAYOUT_P_H
 
-// What both CSPro readers do once the dictionary's items are read: fill the
-// linked value sets and compute each record's length, as CSPro does.
+// What both CSPro readers do with what they read: the missing values of a
+// value set, the linked value sets filled and each record's length, as CSPro
+// means them.
 
 #include "KxCodebook.h"
 
@@ -13,6 +14,10 @@ namespace detail {
  * set with the same id and no values of its own receives a copy of them
  * (marked ValueSet::linkFilled). */
 void fillLinkedValueSets(QVector<Variable> *variables);
+
+/*! The special values of \a set as missing values: one for each code or
+ * range of a value with a special meaning, labelled with its primary label. */
+QVector<MissingValue> missingValuesOf(const ValueSet &set);
 
 /*! Sets each record's length: the largest of the record-type code's end, the
  * end of every identification item of every level, and the end of every item

@@ -267,27 +267,6 @@ qint64 leadingInteger(QStringView s)
     return negative ? -value : value;
 }
 
-// The special values of a value set as missing values: one for each code or
-// range of a value with a special meaning.
-QVector<MissingValue> missingOf(const ValueSet &set)
-{
-    QVector<MissingValue> missing;
-    for (const Value &value : set.values) {
-        if (value.special == Special::None)
-            continue;
-        for (const Code &code : value.codes) {
-            MissingValue m;
-            m.from = code.from;
-            m.to = code.to;
-            m.isRange = code.isRange;
-            m.special = value.special;
-            m.label = value.labels.primary();
-            missing.append(std::move(m));
-        }
-    }
-    return missing;
-}
-
 Special specialOf(QStringView s)
 {
     if (is(s, "MISSING"))
@@ -1042,7 +1021,7 @@ bool Parser::closeItem()
         }
     }
     for (const ValueSet &set : qAsConst(v.valueSets))
-        v.missing += missingOf(set);
+        v.missing += missingValuesOf(set);
     return true;
 }
 
@@ -1103,10 +1082,10 @@ bool addLinkedMissingValues(QVector<Variable> *variables, qint64 textSize, Error
             if (set.linkFilled) {
                 auto found = byLink.constFind(set.link);
                 if (found == byLink.constEnd())
-                    found = byLink.insert(set.link, missingOf(set));
+                    found = byLink.insert(set.link, missingValuesOf(set));
                 part = *found;
             } else {
-                part = missingOf(set);
+                part = missingValuesOf(set);
             }
             if (v.missing.isEmpty()) {
                 v.missing = part;  // shared
