@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# Builds the Debian package of libmodel_KelAdmin: the library, its headers,
-# CMake and pkg-config files, the inspector with its documentation, installed
-# under /usr. Release build in build-deb/ (or $KX_DEB_BUILD_DIR), made by
-# CPack; the package goes to OUTDIR (default: the build folder) and its path
-# is the last line printed. Needs cmake, g++, dpkg-dev and file.
+# Builds the Debian packages of libmodel_KelAdmin, installed under /usr:
+# libmodel-keladmin1 (the library), libmodel-keladmin1-widgets (its widgets
+# module), libkelcodebook1 (the codebook library), libmodel-keladmin-dev
+# (headers, CMake and pkg-config files) and keladmin-tools (the inspector).
+# Release build in build-deb/ (or $KX_DEB_BUILD_DIR), made by CPack; the
+# packages go to OUTDIR (default: the build folder) and their paths are the
+# last five lines printed. Needs cmake, g++, dpkg-dev and file.
 set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 build="${KX_DEB_BUILD_DIR:-$root/build-deb}"
@@ -20,5 +22,8 @@ if ! (cd "$build" && cpack -G DEB -B "$out" >"$build/cpack.log" 2>&1); then
     exit 1
 fi
 version="$(sed -n 's/^project(model_KelAdmin VERSION \([0-9.]*\).*/\1/p' "$root/CMakeLists.txt")"
-deb="$(ls -t "$out"/libmodel-keladmin_"$version"_*.deb | head -1)"
-echo "$deb"
+for package in libmodel-keladmin1 libmodel-keladmin1-widgets libkelcodebook1 libmodel-keladmin-dev keladmin-tools; do
+    deb="$(ls -t "$out"/"$package"_"$version"_*.deb 2>/dev/null | head -1)"
+    [ -n "$deb" ] || { echo "make-deb: no package $package in $out" >&2; cat "$build/cpack.log" >&2; exit 1; }
+    echo "$deb"
+done

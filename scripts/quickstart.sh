@@ -20,7 +20,7 @@ inspect_packages=(cmake make g++ qtbase5-dev libreadstat-dev)
 # its CSV imported by a spreadsheet (Gnumeric's ssconvert).
 test_packages=("${inspect_packages[@]}" libgtest-dev libgmock-dev fonts-liberation fontconfig
                pkg-config qt5-qmake doxygen groff python3-jsonschema dpkg-dev file python3 chromium
-               gnumeric)
+               gnumeric lintian)
 
 install_missing_packages() {
     local missing=()
