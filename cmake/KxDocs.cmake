@@ -28,7 +28,8 @@ endfunction()
 kx_public_headers(model_KelAdmin "${PROJECT_SOURCE_DIR}/model_KelAdmin" KX_DOCS_LIBRARY_HEADERS)
 kx_public_headers(KelCodebook "${PROJECT_SOURCE_DIR}/codebook" KX_DOCS_CODEBOOK_HEADERS)
 set(KX_DOCS_HEADERS ${KX_DOCS_LIBRARY_HEADERS} ${KX_DOCS_CODEBOOK_HEADERS})
-set(KX_DOCS_PAGES "${PROJECT_SOURCE_DIR}/docs/mainpage.md" "${PROJECT_SOURCE_DIR}/docs/embedding.md")
+set(KX_DOCS_PAGES "${PROJECT_SOURCE_DIR}/docs/mainpage.md" "${PROJECT_SOURCE_DIR}/docs/embedding.md"
+  "${PROJECT_SOURCE_DIR}/docs/ddi.md")
 set(KX_DOCS_SOURCES ${KX_DOCS_HEADERS} "${PROJECT_BINARY_DIR}/model_KelAdmin/model_KelAdmin_version.h"
   ${KX_DOCS_PAGES})
 list(JOIN KX_DOCS_SOURCES " " KX_DOCS_INPUT)

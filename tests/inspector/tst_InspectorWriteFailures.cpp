@@ -73,7 +73,10 @@ INSTANTIATE_TEST_SUITE_P(
                       FullOutputCase{"LookupCsv", {"--csv", "--lookup", "@areas.txt", "--separator", "tab"}},
                       FullOutputCase{"Codebook", {"--codebook", "@census.dta"}},
                       FullOutputCase{"CodebookJson", {"--codebook", "--json", "@census.dcf"}},
-                      FullOutputCase{"CodebookCsv", {"--codebook", "--csv", "@census.sav"}}),
+                      FullOutputCase{"CodebookCsv", {"--codebook", "--csv", "@census.sav"}},
+                      FullOutputCase{"Ddi", {"--ddi", "-", "@census.dcf"}},
+                      FullOutputCase{"Diff", {"--diff", "@census.dcf", "@census-round2.dcf"}},
+                      FullOutputCase{"SeveralFiles", {"@census.dcf", "@census.sav"}}),
     [](const ::testing::TestParamInfo<FullOutputCase> &info) { return std::string(info.param.name); });
 
 TEST_F(Inspector, AFileThatCannotBeReadKeepsItsStatusWhenTheOutputIsFullToo)

@@ -36,6 +36,7 @@
 
 #include <dlfcn.h>
 
+#include <cerrno>
 #include <cstdio>
 
 using namespace kxinspect;
@@ -89,6 +90,9 @@ int exitStatusOf(const InspectReport &report, const InspectOptions &o)
     return ExitOk;
 }
 
+//! The errno of a write straight to stdout that failed, for the closing check (finishOutput()).
+int stdoutWriteError = 0;
+
 /*! Reads \a file with the codebook library; on failure says why on stderr
  * and returns a null codebook. */
 KxCodebook::Codebook readCodebook(const QString &file, const QString &format)
@@ -136,7 +140,9 @@ int inspectDdi(const InspectOptions &o)
     if (o.ddi == QLatin1String("-")) {
         QTextStream &out = standardOutput();
         out.flush();
-        std::fwrite(document.constData(), 1, size_t(document.size()), stdout);
+        errno = 0;
+        if (std::fwrite(document.constData(), 1, size_t(document.size()), stdout) != size_t(document.size()))
+            stdoutWriteError = errno;
         return ExitOk;
     }
     const QString failure = writeFileWhole(o.ddi, document);
@@ -353,7 +359,7 @@ int finishOutput(int status, int writeError = 0)
     // error flag covers what went to stdout directly.
     const auto *file = qobject_cast<QFileDevice *>(out.device());
     QString why = file && file->error() != QFileDevice::NoError ? file->errorString() : QString();
-    const char *flushFailure = standardOutputFailure(writeError);
+    const char *flushFailure = standardOutputFailure(writeError != 0 ? writeError : stdoutWriteError);
     if (why.isEmpty() && flushFailure)
         why = QString::fromLocal8Bit(flushFailure);
     if (why.isEmpty())
