@@ -14,6 +14,7 @@
 #include "STATADataImport.h"
 
 #include <KxCodebook.h>
+#include <KxCodebookDdi.h>
 #include <KxCodebookDiff.h>
 
 #include <benchmark/benchmark.h>
@@ -419,6 +420,28 @@ void BM_CodebookCompare(benchmark::State &state)
     report(state, "codebook-compare/" + std::to_string(items), subject, baseline, items);
 }
 
+// The DDI document of a 100,000-item dictionary against reading it.
+void BM_CodebookDdi(benchmark::State &state)
+{
+    const int items = int(state.range(0));
+    const QString path = cSProTextInput(items);
+    double subject = 0;
+    double baseline = 0;
+    qint64 bytes = 0;
+    for (auto _ : state) {
+        auto start = Clock::now();
+        const KxCodebook::Codebook codebook = KxCodebook::Codebook::fromFile(path);
+        baseline += secondsSince(start);
+        start = Clock::now();
+        bytes = KxCodebook::toDdi(codebook).size();
+        const double took = secondsSince(start);
+        subject += took;
+        state.SetIterationTime(took);
+    }
+    state.counters["megabytes"] = double(bytes) / 1e6;
+    report(state, "codebook-ddi/" + std::to_string(items), subject, baseline, items);
+}
+
 double codebookSeconds(const QString &path, int *variables)
 {
     const auto start = Clock::now();
@@ -559,6 +582,8 @@ void registerAll()
         benchmark::RegisterBenchmark("BM_CodebookJson", BM_CodebookJson)
             ->Arg(items)->Iterations(iterations)->UseManualTime()->Unit(benchmark::kMillisecond);
     }
+    benchmark::RegisterBenchmark("BM_CodebookDdi", BM_CodebookDdi)
+        ->Arg(100000)->Iterations(2)->UseManualTime()->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("BM_CodebookCompare", BM_CodebookCompare)
         ->Arg(100000)->Iterations(2)->UseManualTime()->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("BM_CodebookSpss", BM_CodebookSpss)
@@ -610,7 +635,7 @@ bool flat(double small, double large)
 void printSummary()
 {
     // A filtered run leaves some figures out (printed as -1).
-    g_complete = g_figures.size() == 23;
+    g_complete = g_figures.size() == 24;
     std::printf("\nSummary (ratios measured in the same iterations as their baselines)\n");
     std::printf("%-34s %12s %12s %12s  %s\n", "measure", "small", "medium", "large", "target");
     const double t1 = figureRatio("text/1000"), t2 = figureRatio("text/10000"), t3 = figureRatio("text/100000");
@@ -650,6 +675,9 @@ void printSummary()
     const double kp1 = perUnit("codebook-json/1000"), kp3 = perUnit("codebook-json/100000");
     std::printf("%-34s %12.0f %12s %12.0f  flat: %s\n", "Codebook JSON ns per item", kp1, "", kp3,
                 verdict(flat(kp1, kp3)));
+    const double dd = figureRatio("codebook-ddi/100000");
+    std::printf("%-34s %12s %12s %12.2f  <= 1: %s\n", "DDI / reading, 100,000 items", "", "", dd,
+                verdict(dd > 0 && dd <= 1));
     const double cc = figureRatio("codebook-compare/100000");
     std::printf("%-34s %12s %12s %12.2f  <= 1: %s\n", "Compare / reading both, 100,000", "", "", cc,
                 verdict(cc > 0 && cc <= 1));
