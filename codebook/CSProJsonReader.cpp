@@ -24,12 +24,12 @@ namespace KxCodebook {
 namespace detail {
 namespace {
 
-// Bounds against hostile numbers. A value outside them makes the item (or
-// record) a bad one, which CSPro skips. kMaxStart keeps start + span inside int.
-constexpr int kMaxOccurrences = 9999;
-constexpr int kMaxLength = 100000;
-constexpr int kMaxDecimals = 15;
-constexpr int kMaxStart = 1000000000;
+// A number outside the shared bounds (CSProLayout_p.h) makes the item (or
+// record) a bad one, which CSPro skips.
+constexpr int kMaxOccurrences = int(MaxOccurrences);
+constexpr int kMaxLength = int(MaxWidth);
+constexpr int kMaxDecimals = int(MaxDecimals);
+constexpr int kMaxStart = int(MaxStart);
 // Missing values copied from linked value sets into variables that carry several sets.
 constexpr int kMaxCopiedMissingValues = 1000000;
 

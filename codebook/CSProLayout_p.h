@@ -10,6 +10,18 @@
 namespace KxCodebook {
 namespace detail {
 
+// Bounds against hostile numbers, shared by both readers. CSPro's own limits
+// are 9999 occurrences and 9999 records (MAX_OCCURS, MAX_MAX_RECS); its
+// validator also caps starts and record lengths at 32000 and decimals at 9,
+// but a file beyond those is still a dictionary: only what cannot be a
+// column, a width or a count is refused. With these bounds start + width ×
+// occurrences stays below 2^31.
+constexpr qint64 MaxStart = 1000000000;
+constexpr qint64 MaxWidth = 100000;
+constexpr qint64 MaxOccurrences = 9999;
+constexpr qint64 MaxRecords = 9999;
+constexpr qint64 MaxDecimals = 15;
+
 /*! The first value set with a given link id carries the values; every later
  * set with the same id and no values of its own receives a copy of them
  * (marked ValueSet::linkFilled). */

@@ -25,19 +25,6 @@ namespace detail {
 
 namespace {
 
-// --- Bounds ---------------------------------------------------------------
-// CSPro's own limits are MAX_OCCURS = 9999 (zDictO/DictItem.h) and
-// MAX_MAX_RECS = 9999 (zDictO/DictRecord.h). Its validator also caps item
-// starts and record lengths at 32000 and decimals at 9 (zDictO/DDClass.h), but
-// a file beyond those is still a dictionary; here only what cannot be a column,
-// a width or a count is refused. With these bounds start + width × occurrences
-// stays below 2^31.
-constexpr qint64 MaxStart = 1000000000;
-constexpr qint64 MaxWidth = 100000;
-constexpr qint64 MaxOccurrences = 9999;
-constexpr qint64 MaxRecords = 9999;
-constexpr qint64 MaxDecimals = 15;
-
 // --- Decoding -------------------------------------------------------------
 
 // Whether \a n bytes at \a p are well-formed UTF-8 (Unicode 3.9, table 3-7).
