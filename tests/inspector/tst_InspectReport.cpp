@@ -19,6 +19,7 @@
 #include <QJsonObject>
 #include <QStringList>
 #include <QTextStream>
+#include <QElapsedTimer>
 #include <QXmlStreamReader>
 
 using namespace kxinspect;
@@ -761,6 +762,37 @@ TEST(InspectHtmlLayout, ListsFieldsWithoutColumnsInsteadOfDrawingThem)
               (QStringList{QStringLiteral("X: start 0, before column 1"), QStringLiteral("Z: length 0")}));
     EXPECT_EQ(drawings.at(1).notDrawn, QStringList{QStringLiteral("W: ends after column 5000")});
     EXPECT_EQ(drawings.at(1).end, 3); // the code and ID only
+}
+
+// 100,000 items on the same column: each needs a row of its own, and the
+// one overlap names them all. Drawing them is O(n log n): well within a
+// generous bound even in a sanitizer build (about 1 s for the whole page in
+// a Release build, bench/README.md).
+TEST(InspectHtmlLayout, OneHundredThousandItemsOnOneColumnAreDrawnInLinearithmicTime)
+{
+    InspectReport report;
+    report.source.format = QStringLiteral("cspro");
+    const int items = 100000;
+    report.fields.reserve(items);
+    for (int i = 0; i < items; ++i) {
+        FieldRow f;
+        f.name = QStringLiteral("I%1").arg(i);
+        f.start = 1;
+        f.size = 1;
+        report.fields.append(f);
+    }
+    QElapsedTimer timer;
+    timer.start();
+    const QList<RecordDrawing> drawings = recordDrawingsOf(report);
+    const QString page = htmlOfReport(report);
+    EXPECT_LT(timer.elapsed(), 60000);
+    ASSERT_EQ(drawings.size(), 1);
+    EXPECT_EQ(drawings.at(0).itemLanes, items);
+    EXPECT_EQ(drawings.at(0).boxes.last().lane, items - 1);
+    ASSERT_EQ(drawings.at(0).marks.size(), 1);
+    EXPECT_EQ(drawings.at(0).marks.at(0).kind, BoxKind::Overlap);
+    EXPECT_EQ(drawings.at(0).marks.at(0).label.count(QLatin1Char(',')), items - 1);
+    EXPECT_TRUE(page.contains(QLatin1String("data-name=\"I99999\"")));
 }
 
 TEST(InspectHtmlLayout, SpssAndStataHaveNoDrawing)

@@ -2,9 +2,14 @@
 
 #include "TextOutput.h"
 
+#include <QSet>
 #include <QVector>
 
 #include <algorithm>
+#include <functional>
+#include <queue>
+#include <utility>
+#include <vector>
 
 namespace kxinspect {
 
@@ -53,21 +58,31 @@ bool byStart(const ColumnBox &a, const ColumnBox &b)
     return a.start < b.start;
 }
 
-//! Sorts the boxes by their start and gives each the first row where it overlaps nothing; returns the rows used.
+/*! Sorts the boxes by their start and gives each the first row where it
+ * overlaps nothing; returns the rows used. The rows whose last box ends
+ * before a box starts are free for it; of those it takes the lowest, so that
+ * n boxes cost O(n log n) however many overlap. */
 int assignLanes(QList<ColumnBox> &boxes)
 {
     std::stable_sort(boxes.begin(), boxes.end(), byStart);
-    QVector<qint64> laneEnds;
+    using LaneEnd = std::pair<qint64, int>;  // (last column, row)
+    std::priority_queue<LaneEnd, std::vector<LaneEnd>, std::greater<LaneEnd>> busy;
+    std::priority_queue<int, std::vector<int>, std::greater<int>> free;
+    int lanes = 0;
     for (ColumnBox &box : boxes) {
-        int lane = 0;
-        while (lane < laneEnds.size() && laneEnds.at(lane) >= box.start)
-            ++lane;
-        if (lane == laneEnds.size())
-            laneEnds.append(0);
-        laneEnds[lane] = box.end();
-        box.lane = lane;
+        while (!busy.empty() && busy.top().first < box.start) {
+            free.push(busy.top().second);
+            busy.pop();
+        }
+        if (free.empty()) {
+            box.lane = lanes++;
+        } else {
+            box.lane = free.top();
+            free.pop();
+        }
+        busy.push({box.end(), box.lane});
     }
-    return laneEnds.size();
+    return lanes;
 }
 
 //! How many boxes cover each column, index 1 to end (every drawn box ends by MaxDrawnColumn).
@@ -92,15 +107,28 @@ ColumnBox markBox(BoxKind kind, qint64 first, qint64 last)
     return mark;
 }
 
-//! The names of the boxes that reach into \a mark's columns.
-QString namesOver(const ColumnBox &mark, const QList<ColumnBox> &boxes)
+/*! Labels every overlap of \a marks (disjoint, in column order) with the
+ * names of the boxes that reach into its columns, each name once, in the
+ * boxes' order: each box is looked up among the marks by binary search. */
+void nameOverlaps(QList<ColumnBox> &marks, const QList<ColumnBox> &boxes)
 {
-    QStringList names;
+    QVector<QStringList> names(marks.size());
+    QVector<QSet<QString>> seen(marks.size());
+    const auto endsBefore = [](const ColumnBox &mark, qint64 column) { return mark.end() < column; };
     for (const ColumnBox &box : boxes) {
-        if (box.start <= mark.end() && box.end() >= mark.start && !names.contains(box.name))
-            names.append(box.name);
+        auto it = std::lower_bound(marks.cbegin(), marks.cend(), box.start, endsBefore);
+        for (; it != marks.cend() && it->start <= box.end(); ++it) {
+            const int m = int(it - marks.cbegin());
+            if (it->kind == BoxKind::Overlap && !seen[m].contains(box.name)) {
+                seen[m].insert(box.name);
+                names[m].append(box.name);
+            }
+        }
     }
-    return names.join(QStringLiteral(", "));
+    for (int m = 0; m < marks.size(); ++m) {
+        if (marks[m].kind == BoxKind::Overlap)
+            marks[m].label = names.at(m).join(QStringLiteral(", "));
+    }
 }
 
 /*! The runs of columns from 1 to \a end that no box covers (gaps) or that
@@ -118,10 +146,7 @@ QList<ColumnBox> marksOf(const QList<ColumnBox> &boxes, qint64 end)
             marks.append(markBox(kindAt(c) == 0 ? BoxKind::Gap : BoxKind::Overlap, first, c));
         first = c + 1;
     }
-    for (ColumnBox &mark : marks) {
-        if (mark.kind == BoxKind::Overlap)
-            mark.label = namesOver(mark, boxes);
-    }
+    nameOverlaps(marks, boxes);
     return marks;
 }
 
