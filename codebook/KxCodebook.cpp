@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSharedData>
+#include <QTemporaryFile>
 
 namespace KxCodebook {
 
@@ -148,6 +149,40 @@ Error checkInputFile(const QString &path, QFile *file)
     return Error();
 }
 
+/*! An SPSS or Stata file that can be read only once (a pipe, the standard
+ * input): ReadStat reads by path and seeks, so the bytes go to a temporary
+ * copy first; the codebook and the messages name \a path. */
+Codebook readStreamThroughCopy(QFile &stream, const QString &path, Format format, Error *e)
+{
+    QTemporaryFile copy;
+    if (!copy.open()) {
+        *e = failure(Error::Unreadable, QStringLiteral("%1: no room for a copy of the stream (%2)")
+                                            .arg(path, copy.errorString()));
+        return Codebook();
+    }
+    char block[65536];
+    for (;;) {
+        const qint64 n = stream.read(block, sizeof block);
+        if (n < 0) {
+            *e = failure(Error::Unreadable, QStringLiteral("%1: cannot be read (%2)").arg(path, stream.errorString()));
+            return Codebook();
+        }
+        if (n == 0)
+            break;
+        if (copy.write(block, n) != n) {
+            *e = failure(Error::Unreadable, QStringLiteral("%1: no room for a copy of the stream (%2)")
+                                                .arg(path, copy.errorString()));
+            return Codebook();
+        }
+    }
+    copy.flush();
+    Codebook codebook = detail::readReadStatFile(copy.fileName(), format, e);
+    e->message.replace(copy.fileName(), path);
+    if (!codebook.isNull())
+        codebook.setFileName(path);
+    return codebook;
+}
+
 } // namespace
 
 Codebook Codebook::fromFile(const QString &path, Error *error, Format format)
@@ -175,6 +210,8 @@ Codebook Codebook::fromFile(const QString &path, Error *error, Format format)
     }
     case Format::Spss:
     case Format::Stata:
+        if (file.isSequential())
+            return readStreamThroughCopy(file, path, format, &e);
         file.close();
         return detail::readReadStatFile(path, format, &e);
     case Format::Unknown:

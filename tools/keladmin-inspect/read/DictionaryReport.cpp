@@ -20,6 +20,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryFile>
 #include <QTextStream>
 
 #include <exception>
@@ -337,10 +338,15 @@ QList<NoteRow> notesOf(const TDataImport &importer)
 QString fillDictionaryReport(const InspectOptions &o, bool dialogPossible, const WarningSink &warn,
                              InspectReport &report)
 {
-    const QString problem = checkInputFile(o.file);
+    QString problem = checkInputFile(o.file);
     if (!problem.isEmpty())
         return problem;
-    const QString path = QFileInfo(o.file).absoluteFilePath();
+    // A pipe is read once, into a copy that every step then reads by path.
+    QTemporaryFile copy;
+    const QString source = readablePath(o.file, copy, &problem);
+    if (source.isEmpty())
+        return problem;
+    const QString path = QFileInfo(source).absoluteFilePath();
 
     QString format = o.format;
     const bool detected = format.isEmpty();
@@ -365,6 +371,12 @@ QString fillDictionaryReport(const InspectOptions &o, bool dialogPossible, const
 
     report.kind = InspectReport::Kind::Dictionary;
     describeSource(opened, path, format, detected, report.source);
+    if (source != o.file) {
+        // The report names the stream, not its copy.
+        const QString named = QFileInfo(o.file).absoluteFilePath();
+        report.source.file = named;
+        report.source.providerId.replace(path, named);
+    }
     describeFileMetadata(*opened.importer, report.source.metadata);
     const int firstRow = report.fields.size();
     for (const TKxSourceField *f : fields)

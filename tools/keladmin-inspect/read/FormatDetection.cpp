@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 namespace kxinspect {
 
@@ -14,6 +15,10 @@ QString checkInputFile(const QString &path)
         return QStringLiteral("no such file");
     if (info.isDir())
         return QStringLiteral("is a directory, not a file");
+    // A pipe is opened once, by readablePath(): a second open would wait for
+    // a writer that has gone.
+    if (!info.isFile())
+        return QString();
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly))
         return QStringLiteral("cannot be read (%1)").arg(f.errorString());
@@ -39,6 +44,37 @@ QString detectFileFormat(const QString &path, QString *format)
         return QStringLiteral("format not recognised (not a CSPro text or JSON dictionary, SPSS or Stata file); "
                               "--format forces one");
     return QString();
+}
+
+QString readablePath(const QString &path, QTemporaryFile &copy, QString *problem)
+{
+    if (QFileInfo(path).isFile())
+        return path;
+    QFile stream(path);
+    if (!stream.open(QIODevice::ReadOnly)) {
+        *problem = QStringLiteral("cannot be read (%1)").arg(stream.errorString());
+        return QString();
+    }
+    if (!copy.open()) {
+        *problem = QStringLiteral("no room for a copy of the stream (%1)").arg(copy.errorString());
+        return QString();
+    }
+    char block[65536];
+    for (;;) {
+        const qint64 n = stream.read(block, sizeof block);
+        if (n == 0)
+            break;
+        if (n < 0) {
+            *problem = QStringLiteral("cannot be read (%1)").arg(stream.errorString());
+            return QString();
+        }
+        if (copy.write(block, n) != n) {
+            *problem = QStringLiteral("no room for a copy of the stream (%1)").arg(copy.errorString());
+            return QString();
+        }
+    }
+    copy.flush();
+    return copy.fileName();
 }
 
 } // namespace kxinspect

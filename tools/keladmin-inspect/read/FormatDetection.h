@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
+class QTemporaryFile;
+
 namespace kxinspect {
 
 //! Checks that \a path names a readable regular file; the problem otherwise, else an empty text.
@@ -13,6 +15,12 @@ QString detectFormat(const QByteArray &head);
 /*! Reads the first bytes of \a path and sets \a format to what they tell;
  * returns the problem when the file is empty, unreadable or not recognised. */
 QString detectFileFormat(const QString &path, QString *format);
+
+/*! The path to read \a path by: \a path itself when it is a regular file;
+ * else (a pipe, the standard input, which can be read only once) the path
+ * of \a copy, which receives all its bytes. Empty, with the reason in
+ * \a problem, when the copy cannot be made. */
+QString readablePath(const QString &path, QTemporaryFile &copy, QString *problem);
 
 } // namespace kxinspect
 

@@ -8,6 +8,7 @@
 #include "KxLookup.h"
 
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 namespace kxinspect {
 
@@ -48,10 +49,15 @@ QString readLookup(const InspectOptions &o, TKxLookup &lookup, TKxLabelFrequenci
 
 QString fillLookupReport(const InspectOptions &o, InspectReport &report)
 {
-    const QString problem = checkInputFile(o.file);
+    QString problem = checkInputFile(o.file);
     if (!problem.isEmpty())
         return problem;
-    const QString path = QFileInfo(o.file).absoluteFilePath();
+    // A pipe is read once, into a copy that the lookup then reads by path.
+    QTemporaryFile copy;
+    const QString source = readablePath(o.file, copy, &problem);
+    if (source.isEmpty())
+        return problem;
+    const QString path = QFileInfo(source).absoluteFilePath();
 
     TKxLookup lookup;
     lookup.setFfileName(path);
@@ -67,7 +73,7 @@ QString fillLookupReport(const InspectOptions &o, InspectReport &report)
 
     report.kind = InspectReport::Kind::Lookup;
     LookupResult &result = report.lookup;
-    result.file = path;
+    result.file = QFileInfo(o.file).absoluteFilePath();  // the stream, not its copy
     result.separator = o.separator;
     result.checks = o.check;
     result.maxMessages = o.maxMessages;
