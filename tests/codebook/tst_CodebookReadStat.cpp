@@ -65,7 +65,7 @@ struct FileSpec
     time_t timestamp = 0;  // 0: the writer's own (the current time)
 };
 
-QByteArray writeFile(const FileSpec &spec, const Declare &declare)
+QByteArray writeFile(const FileSpec &fixture, const Declare &declare)
 {
     QByteArray bytes;
     Writer writer(readstat_writer_init());
@@ -73,24 +73,24 @@ QByteArray writeFile(const FileSpec &spec, const Declare &declare)
     readstat_set_data_writer(w, appendBytes);
     declare(w);
     readstat_string_ref_t *ref = nullptr;
-    for (int i = 0; i < w->variables_count && spec.rows > 0; ++i) {
+    for (int i = 0; i < w->variables_count && fixture.rows > 0; ++i) {
         if (readstat_variable_get_type(readstat_get_variable(w, i)) == READSTAT_TYPE_STRING_REF && !ref)
             ref = readstat_add_string_ref(w, "a long string kept apart from the rows");
     }
-    if (!spec.fileLabel.isEmpty())
-        readstat_writer_set_file_label(w, spec.fileLabel.constData());
-    if (spec.timestamp != 0)
-        readstat_writer_set_file_timestamp(w, spec.timestamp);
+    if (!fixture.fileLabel.isEmpty())
+        readstat_writer_set_file_label(w, fixture.fileLabel.constData());
+    if (fixture.timestamp != 0)
+        readstat_writer_set_file_timestamp(w, fixture.timestamp);
     readstat_error_t rc = READSTAT_OK;
-    if (spec.container == Container::Dta) {
-        readstat_writer_set_file_format_version(w, static_cast<uint8_t>(spec.dtaVersion));
-        rc = readstat_begin_writing_dta(w, &bytes, spec.rows);
+    if (fixture.container == Container::Dta) {
+        readstat_writer_set_file_format_version(w, static_cast<uint8_t>(fixture.dtaVersion));
+        rc = readstat_begin_writing_dta(w, &bytes, fixture.rows);
     } else {
-        if (spec.container == Container::Zsav)
+        if (fixture.container == Container::Zsav)
             readstat_writer_set_compression(w, READSTAT_COMPRESS_BINARY);
-        rc = readstat_begin_writing_sav(w, &bytes, spec.rows);
+        rc = readstat_begin_writing_sav(w, &bytes, fixture.rows);
     }
-    for (int row = 0; row < spec.rows && rc == READSTAT_OK; ++row)
+    for (int row = 0; row < fixture.rows && rc == READSTAT_OK; ++row)
         rc = insertRow(w, row, ref);
     if (rc == READSTAT_OK)
         rc = readstat_end_writing(w);
@@ -105,10 +105,10 @@ QByteArray writeSav(const Declare &declare)
 
 QByteArray writeDta(const Declare &declare, int version = 118)
 {
-    FileSpec spec;
-    spec.container = Container::Dta;
-    spec.dtaVersion = version;
-    return writeFile(spec, declare);
+    FileSpec fixture;
+    fixture.container = Container::Dta;
+    fixture.dtaVersion = version;
+    return writeFile(fixture, declare);
 }
 
 readstat_variable_t *addVariable(readstat_writer_t *w, const char *name, readstat_type_t type, const char *format,
@@ -508,9 +508,9 @@ TEST(SpssValueLabels, CodesAreWrittenShortestAndNoLabelIsDropped)
 TEST(SpssText, NonAsciiLabelsAreReadBackExactly)
 {
     cbtest::TempFiles files;
-    FileSpec spec;
-    spec.fileLabel = "Enquête 2023";
-    const Codebook book = readBytes(files, "text.sav", writeFile(spec, [](readstat_writer_t *w) {
+    FileSpec fixture;
+    fixture.fileLabel = "Enquête 2023";
+    const Codebook book = readBytes(files, "text.sav", writeFile(fixture, [](readstat_writer_t *w) {
         readstat_label_set_t *set = readstat_add_label_set(w, READSTAT_TYPE_DOUBLE, "places");
         readstat_label_double_value(set, 1, "Café");
         readstat_label_double_value(set, 2, "中国");
@@ -545,12 +545,12 @@ TEST(SpssDisplay, MeasureAndDisplayWidthAreRead)
 TEST(SpssFileFacts, RowsLabelTimeAndVersion)
 {
     cbtest::TempFiles files;
-    FileSpec spec;
-    spec.rows = 3;
-    spec.fileLabel = "Household survey";
-    spec.timestamp = 1700000040;  // 2023-11-14 22:14:00 UTC
+    FileSpec fixture;
+    fixture.rows = 3;
+    fixture.fileLabel = "Household survey";
+    fixture.timestamp = 1700000040;  // 2023-11-14 22:14:00 UTC
     const Declare oneVariable = [](readstat_writer_t *w) { addVariable(w, "x", READSTAT_TYPE_DOUBLE, "F8.0"); };
-    const Codebook book = readBytes(files, "facts.sav", writeFile(spec, oneVariable));
+    const Codebook book = readBytes(files, "facts.sav", writeFile(fixture, oneVariable));
     EXPECT_EQ(book.rowCount(), 3);
     EXPECT_EQ(book.labels(), Labels::of(QStringLiteral("Household survey")));
     EXPECT_EQ(book.created(), QDateTime::fromSecsSinceEpoch(1700000040, Qt::UTC));
@@ -558,8 +558,8 @@ TEST(SpssFileFacts, RowsLabelTimeAndVersion)
     EXPECT_EQ(book.formatVersion(), QStringLiteral("2"));
     EXPECT_EQ(book.encoding(), QStringLiteral("UTF-8"));
 
-    spec.container = Container::Zsav;  // $FL3
-    const Codebook zsav = readBytes(files, "facts.zsav", writeFile(spec, oneVariable));
+    fixture.container = Container::Zsav;  // $FL3
+    const Codebook zsav = readBytes(files, "facts.zsav", writeFile(fixture, oneVariable));
     EXPECT_EQ(zsav.format(), Format::Spss);
     EXPECT_EQ(zsav.formatVersion(), QStringLiteral("3"));
     EXPECT_EQ(zsav.rowCount(), 3);
@@ -568,9 +568,9 @@ TEST(SpssFileFacts, RowsLabelTimeAndVersion)
 TEST(SpssFileFacts, AHeaderDateInAnotherLanguageLeavesTheTimeUnknown)
 {
     cbtest::TempFiles files;
-    FileSpec spec;
-    spec.timestamp = 1700000040;
-    QByteArray bytes = writeFile(spec, [](readstat_writer_t *w) { addVariable(w, "x", READSTAT_TYPE_DOUBLE, "F8.0"); });
+    FileSpec fixture;
+    fixture.timestamp = 1700000040;
+    QByteArray bytes = writeFile(fixture, [](readstat_writer_t *w) { addVariable(w, "x", READSTAT_TYPE_DOUBLE, "F8.0"); });
     // The header's date "dd mmm yy" starts at byte 92; a German SPSS writes "Okt" for October.
     ASSERT_GT(bytes.size(), 101);
     bytes.replace(92, 9, "14 Okt 23");
@@ -582,9 +582,9 @@ TEST(SpssFileFacts, AHeaderDateInAnotherLanguageLeavesTheTimeUnknown)
 TEST(SpssRows, TheRowsAreNeverRead)
 {
     cbtest::TempFiles files;
-    FileSpec spec;
-    spec.rows = 200;
-    QByteArray bytes = writeFile(spec, [](readstat_writer_t *w) { addVariable(w, "x", READSTAT_TYPE_DOUBLE, "F8.0"); });
+    FileSpec fixture;
+    fixture.rows = 200;
+    QByteArray bytes = writeFile(fixture, [](readstat_writer_t *w) { addVariable(w, "x", READSTAT_TYPE_DOUBLE, "F8.0"); });
     // Uncompressed rows of one number end the file, 8 bytes each: cut half of them off.
     ASSERT_GT(bytes.size(), 800);
     bytes.chop(800);
@@ -691,10 +691,10 @@ TEST(StataValueLabels, ASetNameThatFillsItsFieldIsReadToTheFieldsEnd)
 TEST(StataText, NonAsciiLabelsAreReadBackExactly)
 {
     cbtest::TempFiles files;
-    FileSpec spec;
-    spec.container = Container::Dta;
-    spec.fileLabel = "Enquête 2023";
-    const Codebook book = readBytes(files, "text.dta", writeFile(spec, [](readstat_writer_t *w) {
+    FileSpec fixture;
+    fixture.container = Container::Dta;
+    fixture.fileLabel = "Enquête 2023";
+    const Codebook book = readBytes(files, "text.dta", writeFile(fixture, [](readstat_writer_t *w) {
         readstat_label_set_t *set = readstat_add_label_set(w, READSTAT_TYPE_INT32, "places");
         readstat_label_int32_value(set, 1, "Café");
         readstat_label_int32_value(set, 2, "中国");
@@ -711,21 +711,21 @@ TEST(StataText, NonAsciiLabelsAreReadBackExactly)
 TEST(StataFileFacts, RowsLabelTimeAndVersion)
 {
     cbtest::TempFiles files;
-    FileSpec spec;
-    spec.container = Container::Dta;
-    spec.rows = 4;
-    spec.fileLabel = "Household survey";
-    spec.timestamp = 1700000040;  // Stata keeps minutes: a whole minute
+    FileSpec fixture;
+    fixture.container = Container::Dta;
+    fixture.rows = 4;
+    fixture.fileLabel = "Household survey";
+    fixture.timestamp = 1700000040;  // Stata keeps minutes: a whole minute
     const Declare oneVariable = [](readstat_writer_t *w) { addVariable(w, "x", READSTAT_TYPE_INT16, "%8.0g"); };
-    const Codebook book = readBytes(files, "facts.dta", writeFile(spec, oneVariable));
+    const Codebook book = readBytes(files, "facts.dta", writeFile(fixture, oneVariable));
     EXPECT_EQ(book.formatVersion(), QStringLiteral("118"));
     EXPECT_EQ(book.rowCount(), 4);
     EXPECT_EQ(book.labels(), Labels::of(QStringLiteral("Household survey")));
     EXPECT_EQ(book.created(), QDateTime::fromSecsSinceEpoch(1700000040, Qt::UTC));
 
     // Before format 118 Stata wrote the system's code page; ReadStat takes it for Windows-1252.
-    spec.dtaVersion = 114;
-    const Codebook old = readBytes(files, "old.dta", writeFile(spec, oneVariable));
+    fixture.dtaVersion = 114;
+    const Codebook old = readBytes(files, "old.dta", writeFile(fixture, oneVariable));
     EXPECT_EQ(old.format(), Format::Stata);
     EXPECT_EQ(old.formatVersion(), QStringLiteral("114"));
     EXPECT_EQ(old.encoding(), QStringLiteral("WINDOWS-1252"));
@@ -750,10 +750,10 @@ TEST(StataValueLabels, OldFormatsNameTheirSetsToo)
 TEST(StataRows, LongStringsAreNeverRead)
 {
     cbtest::TempFiles files;
-    FileSpec spec;
-    spec.container = Container::Dta;
-    spec.rows = 3;
-    QByteArray bytes = writeFile(spec, [](readstat_writer_t *w) {
+    FileSpec fixture;
+    fixture.container = Container::Dta;
+    fixture.rows = 3;
+    QByteArray bytes = writeFile(fixture, [](readstat_writer_t *w) {
         addVariable(w, "note", READSTAT_TYPE_STRING_REF, "%20s");
         readstat_label_set_t *set = readstat_add_label_set(w, READSTAT_TYPE_INT32, "yesno");
         readstat_label_int32_value(set, 1, "Yes");
