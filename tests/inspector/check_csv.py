@@ -34,7 +34,7 @@ import sys
 import kxcheck
 
 DICTIONARY_HEADER = ["NAME", "LABEL", "TYPE", "START", "SIZE", "DEC", "MIN", "MAX", "MISSING", "NOTAPPL", "GROUP",
-                     "VALUE LABELS"]
+                     "VALUE LABELS", "NAME NOTE"]
 LOOKUP_HEADER = ["COUNT", "LABEL"]
 
 # Texts that a CSV writer must get right: every one of them appears as a label.
@@ -108,6 +108,19 @@ def inspector_arguments(case, workdir):
     return [path]
 
 
+def name_note(name):
+    """The NAME NOTE cell: a front-end occurrence name (NAME_ and the
+    occurrence number as one control character) says so; another name with
+    control characters says that."""
+    if len(name) > 2 and name[-2] == "_" and ord(name[-1]) < 0x20:
+        k = ord(name[-1])
+        return ("occurrence %d of %s: the name ends with the character U+%04x, as the front end numbers "
+                "occurrences; --codebook lists the item once with its occurrences" % (k, name[:-2], k))
+    if any(ord(c) < 0x20 or ord(c) == 0x7f for c in name):
+        return "the name holds control characters"
+    return ""
+
+
 def expected_rows(doc, lookup):
     """The CSV rows that the --json document stands for."""
     if lookup:
@@ -116,7 +129,8 @@ def expected_rows(doc, lookup):
     for f in doc["fields"]:
         labels = "; ".join(v["code"] + "=" + v["label"] for v in f["valueLabels"])
         rows.append([f["name"], f["label"], f["type"], str(f["start"]), str(f["size"]), str(f["decimals"]),
-                     f["minimum"], f["maximum"], f["missingCode"], f["notApplicableCode"], f["group"], labels])
+                     f["minimum"], f["maximum"], f["missingCode"], f["notApplicableCode"], f["group"], labels,
+                     name_note(f["name"])])
     return rows
 
 

@@ -382,8 +382,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(InspectCsvWriter, WritesTheHeaderAndOneRowPerFieldEndedByCrLf)
 {
     EXPECT_EQ(csvOf(dictionaryReport()),
-              QStringLiteral("NAME,LABEL,TYPE,START,SIZE,DEC,MIN,MAX,MISSING,NOTAPPL,GROUP,VALUE LABELS\r\n"
-                             "AGE,Age in years,INTEGER,2,2,0,0,99,,,PERSON,99=Not stated\r\n"));
+              QStringLiteral("NAME,LABEL,TYPE,START,SIZE,DEC,MIN,MAX,MISSING,NOTAPPL,GROUP,VALUE LABELS,NAME NOTE\r\n"
+                             "AGE,Age in years,INTEGER,2,2,0,0,99,,,PERSON,99=Not stated,\r\n"));
 }
 
 TEST(InspectCsvWriter, QuotesHostileCellsAndKeepsTheirCharacters)
@@ -400,7 +400,9 @@ TEST(InspectCsvWriter, QuotesHostileCellsAndKeepsTheirCharacters)
     EXPECT_EQ(rows.at(1) + QStringLiteral("\r\n") + rows.at(2),
               QStringLiteral("ASSET_") + QChar(1)
                   + QStringLiteral(",\"Rooms, \"\"main\"\"\r\nand other\",INTEGER,2,2,0,0,99,9,8,PERSON,"
-                                   "\"1=a, b; 2=c\nd\""));
+                                   "\"1=a, b; 2=c\nd\",\"occurrence 1 of ASSET: the name ends with the character "
+                                   "U+0001, as the front end numbers occurrences; --codebook lists the item once "
+                                   "with its occurrences\""));
     EXPECT_EQ(rows.at(3), QString());
 }
 
@@ -413,7 +415,7 @@ TEST(InspectCsvWriter, LeavesEmptyCellsEmpty)
     empty.start = 0;
     empty.size = 0;
     report.fields = {empty};
-    EXPECT_TRUE(csvOf(report).endsWith(QStringLiteral("\r\nX,,STRING,0,0,0,,,,,,\r\n"))) << csvOf(report).toStdString();
+    EXPECT_TRUE(csvOf(report).endsWith(QStringLiteral("\r\nX,,STRING,0,0,0,,,,,,,\r\n"))) << csvOf(report).toStdString();
 }
 
 TEST(InspectCsvWriter, NeverCutsLabels)
@@ -424,7 +426,7 @@ TEST(InspectCsvWriter, NeverCutsLabels)
     report.fields[0].valueLabels = {{QStringLiteral("1"), label}};
     const QString csv = csvOf(report);
     EXPECT_TRUE(csv.contains(QStringLiteral(",") + label + QStringLiteral(",INTEGER,")));
-    EXPECT_TRUE(csv.endsWith(QStringLiteral(",1=") + label + QStringLiteral("\r\n")));
+    EXPECT_TRUE(csv.endsWith(QStringLiteral(",1=") + label + QStringLiteral(",\r\n")));
     EXPECT_FALSE(csv.contains(QChar(0x2026)));
 }
 
@@ -447,7 +449,7 @@ TEST(InspectCsvWriter, WritesOnlyTheHeaderWithoutFields)
     InspectReport report = dictionaryReport();
     report.fields.clear();
     EXPECT_EQ(csvOf(report),
-              QStringLiteral("NAME,LABEL,TYPE,START,SIZE,DEC,MIN,MAX,MISSING,NOTAPPL,GROUP,VALUE LABELS\r\n"));
+              QStringLiteral("NAME,LABEL,TYPE,START,SIZE,DEC,MIN,MAX,MISSING,NOTAPPL,GROUP,VALUE LABELS,NAME NOTE\r\n"));
 }
 
 // ------------------------------------------------------------------ label cells

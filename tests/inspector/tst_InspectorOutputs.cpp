@@ -108,13 +108,18 @@ TEST_F(Inspector, CsvOfTheCSProTextSampleHasTheHeaderAndOneRowPerField)
     EXPECT_FALSE(r.out.startsWith(QChar(0xfeff)));
     const QStringList records = csvRecordsOf(r.out);
     ASSERT_EQ(records.size(), 1 + 35);
-    EXPECT_EQ(records.at(0), QStringLiteral("NAME,LABEL,TYPE,START,SIZE,DEC,MIN,MAX,MISSING,NOTAPPL,GROUP,VALUE LABELS"));
+    EXPECT_EQ(records.at(0),
+              QStringLiteral("NAME,LABEL,TYPE,START,SIZE,DEC,MIN,MAX,MISSING,NOTAPPL,GROUP,VALUE LABELS,NAME NOTE"));
     // Item PROVINCE: columns 2-3, codes 1 to 5, an identification item of the record "Common".
     EXPECT_EQ(records.at(1), QStringLiteral("PROVINCE,Province,INTEGER,2,2,0,1,5,,,Common,1=North; 2=South; 3=East; "
-                                            "4=West; 5=Capital district"));
-    // The occurrence number stays one raw character, not an escape.
+                                            "4=West; 5=Capital district,"));
+    // The occurrence number stays one raw character, not an escape, and the
+    // last column says what a spreadsheet would not show: ASSET_ and U+0003.
     EXPECT_TRUE(records.contains(QStringLiteral("ASSET_") + QChar(3)
-                                 + QStringLiteral(",Household owns the item,INTEGER,21,1,0,1,2,,,HOUSING,1=Yes; 2=No")));
+                                 + QStringLiteral(",Household owns the item,INTEGER,21,1,0,1,2,,,HOUSING,1=Yes; 2=No,"
+                                                  "\"occurrence 3 of ASSET: the name ends with the character U+0003, "
+                                                  "as the front end numbers occurrences; --codebook lists the item "
+                                                  "once with its occurrences\"")));
     EXPECT_FALSE(r.out.contains(QStringLiteral("\\u000")));
 }
 
@@ -129,7 +134,7 @@ TEST_F(Inspector, CsvKeepsLongLabelsWhole)
     ASSERT_EQ(r.exitCode, 0);
     // An item outside any record belongs to the common record.
     EXPECT_EQ(csvRecordsOf(r.out).value(1),
-              QStringLiteral("A,") + label + QStringLiteral(",INTEGER,1,2,0,0,99,,,Common,"));
+              QStringLiteral("A,") + label + QStringLiteral(",INTEGER,1,2,0,0,99,,,Common,,"));
 }
 
 TEST_F(Inspector, CsvOfALookupListsTheLabelCounts)

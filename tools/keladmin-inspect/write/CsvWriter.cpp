@@ -38,6 +38,26 @@ QString valueLabelsCell(const QList<ValueLabel> &labels)
     return entries.join(QStringLiteral("; "));
 }
 
+/*! A word on a name that a spreadsheet would not show as it is: the front
+ * end names a repeated CSPro item's occurrences NAME_ and the occurrence
+ * number as one character (U+0001 for the first), which spreadsheets drop,
+ * so that six occurrences look like one name. Empty for other names. */
+QString nameNote(const QString &name)
+{
+    const int underscore = name.size() - 2;
+    if (underscore > 0 && name.at(underscore) == QLatin1Char('_') && name.at(underscore + 1).unicode() < 0x20)
+        return QStringLiteral("occurrence %1 of %2: the name ends with the character U+%3, as the front end "
+                              "numbers occurrences; --codebook lists the item once with its occurrences")
+            .arg(name.at(underscore + 1).unicode())
+            .arg(name.left(underscore))
+            .arg(name.at(underscore + 1).unicode(), 4, 16, QLatin1Char('0'));
+    for (const QChar c : name) {
+        if (c.unicode() < 0x20 || c.unicode() == 0x7f)
+            return QStringLiteral("the name holds control characters");
+    }
+    return QString();
+}
+
 QStringList fieldCells(const FieldRow &f)
 {
     return {f.name,
@@ -51,13 +71,14 @@ QStringList fieldCells(const FieldRow &f)
             f.missingCode,
             f.notApplicableCode,
             f.group,
-            valueLabelsCell(f.valueLabels)};
+            valueLabelsCell(f.valueLabels),
+            nameNote(f.name)};
 }
 
 void writeDictionary(const QList<FieldRow> &fields, QTextStream &out)
 {
     out << csvRecord({"NAME", "LABEL", "TYPE", "START", "SIZE", "DEC", "MIN", "MAX", "MISSING", "NOTAPPL", "GROUP",
-                      "VALUE LABELS"});
+                      "VALUE LABELS", "NAME NOTE"});
     for (const FieldRow &f : fields)
         out << csvRecord(fieldCells(f));
 }

@@ -23,7 +23,8 @@ QString csvRecord(const QStringList &cells);
 
 /*! Writes the report to \a out as CSV: one header row, then one row per
  * field with the columns of the table (the value labels as "code=label"
- * entries joined by "; ", never cut); for a lookup file one row per label
+ * entries joined by "; ", never cut) and a NAME NOTE for a name a spreadsheet
+ * would not show as it is (an occurrence named with a control character); for a lookup file one row per label
  * with its count (COUNT, LABEL). Texts are written as read. The notes and
  * lookup messages are not part of it. */
 void writeCsvReport(const InspectReport &report, QTextStream &out);
