@@ -1120,6 +1120,33 @@ TEST(SampleNotes, CensusJsonDictionary)
                      {0, "DAGE_VS1", special}, {0, "DCAUSE_VS1", special}});
 }
 
+TEST(SampleNotes, LanguagesDictionary)
+{
+    // The special values of AGE_VS1 (lines 87, 89, 91), noted before the value
+    // set is dropped for "Value=18:59 60 61:64" (line 83); ACTIVITY_VS1's
+    // MISSING line (107); ACTIVITY_YR_VS1, linked (Link=1, line 118) without
+    // values of its own.
+    const char *special = "special-not-read";
+    expectNoteKinds(notesOfSample<TCSProDataImport>("languages.dcf"),
+                    {{87, "AGE_VS1", special}, {89, "AGE_VS1", special}, {91, "AGE_VS1", special},
+                     {83, "AGE_VS1", "value-set-dropped"}, {107, "ACTIVITY_VS1", special},
+                     {118, "ACTIVITY_YR_VS1", "linked-value-set-empty"}});
+}
+
+TEST(SampleNotes, CensusRoundTwoDictionary)
+{
+    // census.dcf's notes, at their new lines, without BIRTHMONTH (removed)
+    // and SCHOOL's NOTAPPL line (dropped); LANDHA's value set with the code
+    // 0.5 (line 187) dropped by the No to All answer.
+    const char *special = "special-not-read";
+    expectNoteKinds(notesOfSample<TCSProDataImport>("census-round2.dcf"),
+                    {{108, "DWELLING_VS1", special}, {122, "ROOMS_VS1", special},
+                     {187, "LANDHA_VS1", "value-set-dropped"}, {251, "RELATION_VS1", special},
+                     {277, "AGE_VS1", special}, {307, "MARSTAT_VS1", special}, {323, "SCHOOL_VS1", special},
+                     {358, "CHILDREN_VS1", special}, {360, "CHILDREN_VS1", special}, {416, "DAGE_VS1", special},
+                     {432, "DCAUSE_VS1", special}});
+}
+
 TEST(SampleNotes, LabourNotesDictionaryShowsSeveralKinds)
 {
     expectNoteKinds(notesOfSample<TCSProDataImport>("labour-notes.dcf"),
