@@ -1,5 +1,7 @@
 #include "KxCodebookDdi.h"
 
+#include "ChunkBuffer_p.h"
+
 #include <QBuffer>
 #include <QFileInfo>
 #include <QHash>
@@ -64,64 +66,6 @@ namespace KxCodebook {
 namespace {
 
 // --- A streaming XML writer ---------------------------------------------------
-
-//! Bytes on their way to a device: written in place, sent in chunks of 64 KiB.
-class ChunkBuffer
-{
-public:
-    explicit ChunkBuffer(QIODevice *device) : m_device(device), m_bytes(ChunkSize) {}
-
-    //! Room for \a n more bytes; say with commit() where the written bytes end.
-    Q_ALWAYS_INLINE char *room(size_t n)
-    {
-        if (Q_UNLIKELY(m_used + n > m_bytes.size()))
-            makeRoom(n);
-        return m_bytes.data() + m_used;
-    }
-
-    void commit(const char *end) { m_used = size_t(end - m_bytes.data()); }
-
-    Q_ALWAYS_INLINE void add(const char *text, size_t n)
-    {
-        std::memcpy(room(n), text, n);
-        m_used += n;
-    }
-
-    Q_ALWAYS_INLINE void add(char c)
-    {
-        *room(1) = c;
-        ++m_used;
-    }
-
-    //! Sends what is left; false when the device refused any of it.
-    bool finish()
-    {
-        send();
-        return m_sent;
-    }
-
-private:
-    static constexpr size_t ChunkSize = 1 << 16;
-
-    Q_NEVER_INLINE void makeRoom(size_t n)
-    {
-        send();
-        if (n > m_bytes.size())
-            m_bytes.resize(n);
-    }
-
-    void send()
-    {
-        if (m_sent && m_used > 0)
-            m_sent = m_device->write(m_bytes.data(), qint64(m_used)) == qint64(m_used);
-        m_used = 0;
-    }
-
-    QIODevice *const m_device;
-    std::vector<char> m_bytes;
-    size_t m_used = 0;
-    bool m_sent = true;
-};
 
 //! An ASCII word of the code's own: an element or attribute name, a fixed value.
 struct Word
@@ -405,7 +349,7 @@ private:
         }
     }
 
-    ChunkBuffer m_out;
+    Internal::ChunkBuffer m_out;
     std::vector<OpenElement> m_open;
     bool m_startTagOpen = false;
 };

@@ -13,6 +13,8 @@
 
 #include <QJsonObject>
 
+class QIODevice;
+
 namespace KxCodebook {
 
 //! The version of the JSON form's keys, the document's "schemaVersion".
@@ -23,6 +25,13 @@ constexpr int CodebookJsonSchemaVersion = 1;
  * sets and missing values. Labels are arrays with one text per language
  * (in the order of "languages"); absent facts are null. */
 KXCODEBOOK_EXPORT QJsonObject toJson(const Codebook &codebook);
+
+/*! Writes \a codebook to \a device as the indented JSON text of toJson(),
+ * byte for byte what QJsonDocument(toJson(codebook)).toJson() gives, but
+ * streamed: no JSON object is built, and the text goes out in chunks.
+ * Returns false, with the reason in \a error when given, when the device
+ * could not be written. */
+KXCODEBOOK_EXPORT bool writeJson(const Codebook &codebook, QIODevice *device, QString *error = nullptr);
 
 //! The lower-case name of \a storage: "numeric", "text", "binary".
 KXCODEBOOK_EXPORT QString storageName(Storage storage);

@@ -6,7 +6,7 @@
 
 #include <KxCodebookJson.h>
 
-#include <QJsonDocument>
+#include <QFileDevice>
 #include <QTextStream>
 
 namespace kxinspect {
@@ -159,8 +159,12 @@ void writeCodebookTable(const Codebook &codebook, const WriteSettings &settings,
 
 void writeCodebookJson(const Codebook &codebook, QTextStream &out)
 {
-    out << QString::fromUtf8(QJsonDocument(toJson(codebook)).toJson(QJsonDocument::Indented));
+    // Streamed to the stream's device: a large codebook's JSON is never held
+    // whole. A failed write stays in the device's error, for the caller.
     out.flush();
+    writeJson(codebook, out.device());
+    if (auto *file = qobject_cast<QFileDevice *>(out.device()))
+        file->flush();
 }
 
 void writeCodebookCsv(const Codebook &codebook, QTextStream &out)

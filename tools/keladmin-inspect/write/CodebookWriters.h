@@ -31,7 +31,7 @@ QString codebookMissingCell(const KxCodebook::Variable &v);
  * decimals, format, label, values and missing values. Labels in the table are
  * the primary ones, cut unless settings.wideLabels. */
 void writeCodebookTable(const KxCodebook::Codebook &codebook, const WriteSettings &settings, QTextStream &out);
-//! Writes the codebook as one JSON document (KxCodebook::toJson()).
+//! Writes the codebook as one JSON document (KxCodebook::writeJson()), streamed to the stream's device.
 void writeCodebookJson(const KxCodebook::Codebook &codebook, QTextStream &out);
 /*! Writes one CSV header row and one row per variable with the table's
  * columns, and a label column for each further language (LABEL:NAME). */
