@@ -148,4 +148,21 @@ TEST_F(Inspector, HtmlPageOnAFullDiskExitsFiveAndLeavesTheOldPage)
     EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList{QStringLiteral("census.html")});
 }
 
+TEST_F(Inspector, DdiOnAFullDiskExitsFiveAndLeavesNoFile)
+{
+    const QString folder = dir.filePath(QStringLiteral("small"));
+    SmallDisk disk(folder, 8);
+    if (!disk.isMounted())
+        GTEST_SKIP() << disk.reason().toStdString();
+    // census.dcf's DDI document (about 18 KB) does not fit in 8 KB.
+    const QString document = QDir(folder).filePath(QStringLiteral("census.xml"));
+    const Outcome r = runInspector({QStringLiteral("--ddi"), document, samplePath(QStringLiteral("census.dcf"))});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 5);
+    ASSERT_EQ(r.errLines().size(), 1) << r.err.toStdString();
+    EXPECT_EQ(r.errLines().at(0),
+              QStringLiteral("keladmin-inspect: %1: cannot be written: No space left on device").arg(document));
+    EXPECT_TRUE(QDir(folder).entryList(QDir::Files).isEmpty());
+}
+
 } // namespace

@@ -90,8 +90,6 @@ int exitStatusOf(const InspectReport &report, const InspectOptions &o)
     return ExitOk;
 }
 
-//! The errno of a write straight to stdout that failed, for the closing check (finishOutput()).
-int stdoutWriteError = 0;
 
 /*! Reads \a file with the codebook library; on failure says why on stderr
  * and returns a null codebook. */
@@ -136,16 +134,17 @@ int inspectDdi(const InspectOptions &o)
     KxCodebook::DdiOptions options;
     options.producer = QStringLiteral("keladmin-inspect");
     options.producerVersion = QLatin1String(MODEL_KELADMIN_VERSION_STRING);
-    const QByteArray document = KxCodebook::toDdi(codebook, options);
+    const auto writeDocument = [&](QIODevice *device) { return KxCodebook::writeDdi(codebook, device, options); };
     if (o.ddi == QLatin1String("-")) {
+        // Streamed; a failed write stays in the device's error, which finishOutput() reports.
         QTextStream &out = standardOutput();
         out.flush();
-        errno = 0;
-        if (std::fwrite(document.constData(), 1, size_t(document.size()), stdout) != size_t(document.size()))
-            stdoutWriteError = errno;
+        writeDocument(out.device());
+        if (auto *file = qobject_cast<QFileDevice *>(out.device()))
+            file->flush();
         return ExitOk;
     }
-    const QString failure = writeFileWhole(o.ddi, document);
+    const QString failure = writeFileWhole(o.ddi, writeDocument);
     if (!failure.isEmpty()) {
         printError(o.ddi, failure);
         return ExitOutputError;
@@ -359,7 +358,7 @@ int finishOutput(int status, int writeError = 0)
     // error flag covers what went to stdout directly.
     const auto *file = qobject_cast<QFileDevice *>(out.device());
     QString why = file && file->error() != QFileDevice::NoError ? file->errorString() : QString();
-    const char *flushFailure = standardOutputFailure(writeError != 0 ? writeError : stdoutWriteError);
+    const char *flushFailure = standardOutputFailure(writeError);
     if (why.isEmpty() && flushFailure)
         why = QString::fromLocal8Bit(flushFailure);
     if (why.isEmpty())

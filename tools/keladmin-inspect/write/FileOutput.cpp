@@ -9,13 +9,18 @@ namespace kxinspect {
 
 QString writeFileWhole(const QString &path, const QByteArray &bytes)
 {
+    return writeFileWhole(path, [&bytes](QIODevice *file) { return file->write(bytes) == bytes.size(); });
+}
+
+QString writeFileWhole(const QString &path, const std::function<bool(QIODevice *)> &write)
+{
     QSaveFile file(path);
-    // Unbuffered: the bytes go to the system in one write, whose failure
-    // keeps the system's reason.
+    // Unbuffered: each write goes to the system at once, and a failed one
+    // keeps the system's reason in errno.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return QStringLiteral("cannot be written: %1").arg(file.errorString());
     errno = 0;
-    if (file.write(bytes) != bytes.size()) {
+    if (!write(&file)) {
         const int writeError = errno;
         const QString why = writeError != 0 ? QString::fromLocal8Bit(std::strerror(writeError)) : file.errorString();
         file.cancelWriting();
