@@ -14,6 +14,7 @@
 #include "TableWriter.h"
 #include "TextOutput.h"
 
+#include <QBuffer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -1129,6 +1130,59 @@ TEST(InspectHtmlWriter, FileThatCannotBeWrittenIsSaidSo)
 {
     const QString problem = writeHtmlFile(columnsReport(), WriteSettings(), QStringLiteral("/nonexistent-dir/x.html"));
     EXPECT_TRUE(problem.startsWith(QLatin1String("cannot be written: "))) << problem.toStdString();
+}
+
+// ------------------------------------------------------------------ the JSON document, streamed
+
+// The report's long arrays are written one element at a time; the document
+// must be byte for byte the one Qt makes of jsonOfReport().
+QByteArray qtJsonOf(const InspectReport &report, const WriteSettings &settings)
+{
+    return QJsonDocument(jsonOfReport(report, settings)).toJson(QJsonDocument::Indented);
+}
+
+QByteArray streamedJsonOf(const InspectReport &report, const WriteSettings &settings, bool toDevice)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QString text;
+    buffer.open(QIODevice::WriteOnly);
+    QTextStream out(&text);
+    if (toDevice)
+        out.setDevice(&buffer);
+    out.setCodec("UTF-8");
+    writeJsonReport(report, settings, out);
+    out.flush();
+    return toDevice ? bytes : text.toUtf8();
+}
+
+TEST(InspectJsonWriter, StreamsTheDocumentQtMakes)
+{
+    InspectReport withNotes = dictionaryReport();
+    withNotes.notes = threeNotes();
+    withNotes.fields[0].label = QStringLiteral("quote \" back\\slash \n line \x01 é €");
+    InspectReport noFields = dictionaryReport();
+    noFields.fields.clear();
+    InspectReport manyFields = dictionaryReport();
+    for (int i = 0; i < 2000; ++i)  // past the writer's 64 KiB of pending bytes
+        manyFields.fields << manyFields.fields.at(i % 2);
+    InspectReport emptyLookup = lookupReport(10, 0);
+    emptyLookup.lookup.labelFrequencies.clear();
+    WriteSettings noNotes;
+    noNotes.notes = false;
+    const QList<QPair<InspectReport, WriteSettings>> cases{
+        {dictionaryReport(), WriteSettings()}, {withNotes, WriteSettings()}, {withNotes, noNotes},
+        {noFields, WriteSettings()},           {manyFields, WriteSettings()}, {lookupReport(2, 5), WriteSettings()},
+        {emptyLookup, WriteSettings()},        {lookupReport(0, 3000), noNotes}};
+    for (int i = 0; i < cases.size(); ++i) {
+        for (bool toDevice : {true, false}) {
+            SCOPED_TRACE(testing::Message() << "case " << i << (toDevice ? ", to a device" : ", to a string"));
+            const QByteArray expected = qtJsonOf(cases.at(i).first, cases.at(i).second);
+            const QByteArray streamed = streamedJsonOf(cases.at(i).first, cases.at(i).second, toDevice);
+            EXPECT_EQ(streamed.size(), expected.size());
+            EXPECT_TRUE(streamed == expected) << streamed.left(400).toStdString();
+        }
+    }
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <KxCodebookJson.h>
 
 #include <QFileDevice>
+#include <QJsonDocument>
 #include <QTextStream>
 
 namespace kxinspect {
@@ -161,6 +162,10 @@ void writeCodebookJson(const Codebook &codebook, QTextStream &out)
 {
     // Streamed to the stream's device: a large codebook's JSON is never held
     // whole. A failed write stays in the device's error, for the caller.
+    if (!out.device()) {  // a stream on a string
+        out << QString::fromUtf8(QJsonDocument(toJson(codebook)).toJson(QJsonDocument::Indented));
+        return;
+    }
     out.flush();
     writeJson(codebook, out.device());
     if (auto *file = qobject_cast<QFileDevice *>(out.device()))

@@ -1,8 +1,12 @@
 #include "JsonWriter.h"
 
+#include <QFileDevice>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QMap>
 #include <QTextStream>
+
+#include <functional>
 
 namespace kxinspect {
 
@@ -72,18 +76,19 @@ QJsonObject jsonOfField(const FieldRow &f)
     return jf;
 }
 
-QJsonObject jsonOfDictionary(const InspectReport &report)
+//! With \a longArrays false, the long arrays are left empty (streamedArrays() lists them).
+QJsonObject jsonOfDictionary(const InspectReport &report, bool longArrays)
 {
     QJsonObject root = jsonOfSource(report.source);
     root.insert(QStringLiteral("groups"), jsonOfGroups(report.groups));
     QJsonArray fields;
-    for (const FieldRow &f : report.fields)
-        fields.append(jsonOfField(f));
+    for (int i = 0; longArrays && i < report.fields.size(); ++i)
+        fields.append(jsonOfField(report.fields.at(i)));
     root.insert(QStringLiteral("fields"), fields);
     return root;
 }
 
-QJsonObject jsonOfLookup(const LookupResult &lookup)
+QJsonObject jsonOfLookup(const LookupResult &lookup, bool longArrays)
 {
     QJsonObject root;
     root.insert(QStringLiteral("file"), lookup.file);
@@ -92,10 +97,12 @@ QJsonObject jsonOfLookup(const LookupResult &lookup)
     root.insert(QStringLiteral("maxMessages"), lookup.maxMessages);
     root.insert(QStringLiteral("lines"), lookup.lines);
     root.insert(QStringLiteral("entries"), lookup.entries);
-    root.insert(QStringLiteral("messages"), QJsonArray::fromStringList(lookup.messages));
+    root.insert(QStringLiteral("messages"), longArrays ? QJsonArray::fromStringList(lookup.messages) : QJsonArray());
     QJsonArray frequencies;
-    for (const auto &f : lookup.labelFrequencies)
+    for (int i = 0; longArrays && i < lookup.labelFrequencies.size(); ++i) {
+        const auto &f = lookup.labelFrequencies.at(i);
         frequencies.append(QJsonObject{{QStringLiteral("label"), f.first}, {QStringLiteral("count"), f.second}});
+    }
     root.insert(QStringLiteral("labelFrequencies"), frequencies);
     return root;
 }
@@ -111,22 +118,136 @@ QJsonArray jsonOfNotes(const QList<NoteRow> &notes)
     return out;
 }
 
+QJsonObject reportObject(const InspectReport &report, const WriteSettings &settings, bool longArrays)
+{
+    QJsonObject root = report.kind == InspectReport::Kind::Lookup ? jsonOfLookup(report.lookup, longArrays)
+                                                                  : jsonOfDictionary(report, longArrays);
+    root.insert(QStringLiteral("schemaVersion"), JsonSchemaVersion);
+    if (settings.notes)
+        root.insert(QStringLiteral("notes"), longArrays ? jsonOfNotes(report.notes) : QJsonArray());
+    return root;
+}
+
 } // namespace
 
 QJsonObject jsonOfReport(const InspectReport &report, const WriteSettings &settings)
 {
-    QJsonObject root =
-        report.kind == InspectReport::Kind::Lookup ? jsonOfLookup(report.lookup) : jsonOfDictionary(report);
-    root.insert(QStringLiteral("schemaVersion"), JsonSchemaVersion);
-    if (settings.notes)
-        root.insert(QStringLiteral("notes"), jsonOfNotes(report.notes));
-    return root;
+    return reportObject(report, settings, true);
 }
+
+namespace {
+
+/* The report's long arrays are streamed: the rest of the document is made by
+ * Qt with those arrays left empty, and each element is made by Qt alone and
+ * put in place with its indentation. A JSON text holds no raw line feed
+ * inside a string, so shifting its lines is exact and the document is byte
+ * for byte what Qt makes of jsonOfReport(); only one element is held at a
+ * time. */
+struct StreamedArray
+{
+    QString key;
+    int count;
+    std::function<QJsonValue(int)> element;
+};
+
+QList<StreamedArray> streamedArrays(const InspectReport &report, const WriteSettings &settings)
+{
+    QList<StreamedArray> arrays;
+    if (report.kind == InspectReport::Kind::Lookup) {
+        const LookupResult &lookup = report.lookup;
+        arrays << StreamedArray{QStringLiteral("messages"), int(lookup.messages.size()),
+                                [&lookup](int i) { return QJsonValue(lookup.messages.at(i)); }};
+        arrays << StreamedArray{QStringLiteral("labelFrequencies"), int(lookup.labelFrequencies.size()),
+                                [&lookup](int i) {
+                                    const auto &f = lookup.labelFrequencies.at(i);
+                                    return QJsonValue(QJsonObject{{QStringLiteral("label"), f.first},
+                                                                  {QStringLiteral("count"), f.second}});
+                                }};
+    } else {
+        arrays << StreamedArray{QStringLiteral("fields"), int(report.fields.size()),
+                                [&report](int i) { return QJsonValue(jsonOfField(report.fields.at(i))); }};
+    }
+    if (settings.notes)
+        arrays << StreamedArray{QStringLiteral("notes"), int(report.notes.size()),
+                                [&report](int i) { return QJsonValue(jsonOfNotes({report.notes.at(i)}).at(0)); }};
+    return arrays;
+}
+
+//! \a value as Qt writes it as an element of a top-level array: indented by 8 spaces, no line feed at the end.
+QByteArray arrayElementText(const QJsonValue &value)
+{
+    const QByteArray wrapped = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Indented);
+    // "[\n" + the element at an indentation of 4 + "\n]\n"
+    QByteArray element = wrapped.mid(2, wrapped.size() - 5);
+    element.replace("\n", "\n    ");
+    return "    " + element;
+}
+
+//! Bytes to the stream's device in large writes, or to the stream itself when it has no device.
+class ReportSink
+{
+public:
+    explicit ReportSink(QTextStream &out) : m_out(out) { m_out.flush(); }
+    ~ReportSink() { flush(); }
+
+    void add(const QByteArray &bytes)
+    {
+        m_pending += bytes;
+        if (m_pending.size() >= 1 << 16)
+            flush();
+    }
+
+    void flush()
+    {
+        if (m_pending.isEmpty())
+            return;
+        if (QIODevice *device = m_out.device())
+            device->write(m_pending);
+        else
+            m_out << QString::fromUtf8(m_pending);
+        m_pending.clear();
+    }
+
+private:
+    QTextStream &m_out;
+    QByteArray m_pending;
+};
+
+} // namespace
 
 void writeJsonReport(const InspectReport &report, const WriteSettings &settings, QTextStream &out)
 {
-    out << QString::fromUtf8(QJsonDocument(jsonOfReport(report, settings)).toJson(QJsonDocument::Indented));
-    out.flush();
+    const QList<StreamedArray> arrays = streamedArrays(report, settings);
+    const QByteArray text = QJsonDocument(reportObject(report, settings, false)).toJson(QJsonDocument::Indented);
+    // Each streamed array stands in the skeleton as a top-level key with an empty array.
+    QMap<int, const StreamedArray *> places;
+    for (const StreamedArray &array : arrays) {
+        const QByteArray empty = "\n    \"" + array.key.toUtf8() + "\": [\n    ]";
+        const int at = text.indexOf(empty);
+        if (at < 0) {  // not where it should be: the whole document at once, then
+            out << QString::fromUtf8(QJsonDocument(jsonOfReport(report, settings)).toJson(QJsonDocument::Indented));
+            out.flush();
+            return;
+        }
+        places.insert(at + empty.size() - 6, &array);
+    }
+    ReportSink sink(out);
+    int done = 0;
+    for (auto it = places.cbegin(); it != places.cend(); ++it) {
+        const StreamedArray &array = *it.value();
+        if (array.count == 0)
+            continue;
+        sink.add(text.mid(done, it.key() - done));  // up to the array's "\n    ]"
+        for (int i = 0; i < array.count; ++i) {
+            sink.add(i == 0 ? QByteArrayLiteral("\n") : QByteArrayLiteral(",\n"));
+            sink.add(arrayElementText(array.element(i)));
+        }
+        done = it.key();
+    }
+    sink.add(text.mid(done));
+    sink.flush();
+    if (auto *file = qobject_cast<QFileDevice *>(out.device()))
+        file->flush();
 }
 
 } // namespace kxinspect
