@@ -15,6 +15,8 @@
 #include "TextOutput.h"
 
 #include <QBuffer>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -1124,6 +1126,29 @@ TEST(InspectHtmlWriter, SummaryNamesADescriptionTypeThatDiffersFromTheProviderTy
     EXPECT_TRUE(pageOf(report).contains(providerRow("CSPRO (description type: SPSS)")));
     report.source.descriptionType.clear();
     EXPECT_TRUE(pageOf(report).contains(providerRow("CSPRO (description type: none)")));
+}
+
+TEST(InspectHtmlWriter, FileHoldsThePageWholeInUtf8)
+{
+    // Written in pieces of 64 KiB or more: a page of some 2,000 rows crosses several.
+    InspectReport report = columnsReport();
+    const FieldRow first = report.fields.at(0);
+    for (int i = 0; i < 2000; ++i) {
+        FieldRow f = first;
+        f.name = QStringLiteral("F%1").arg(i);
+        f.label = QStringLiteral("Étiquette n° %1 €").arg(i) + QString::fromUcs4(U"\U0001F600");
+        report.fields << f;
+    }
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("page.html"));
+    ASSERT_EQ(writeHtmlFile(report, WriteSettings(), path), QString());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray written = file.readAll();
+    const QByteArray expected = htmlOfReport(report).toUtf8();
+    EXPECT_GT(expected.size(), 3 << 16);
+    EXPECT_EQ(written.size(), expected.size());
+    EXPECT_TRUE(written == expected);
 }
 
 TEST(InspectHtmlWriter, FileThatCannotBeWrittenIsSaidSo)

@@ -5,7 +5,10 @@
 #include "SvgDrawing.h"
 #include "TextOutput.h"
 
+#include <QIODevice>
 #include <QTextStream>
+
+#include <functional>
 
 namespace kxinspect {
 
@@ -134,19 +137,37 @@ QString recordHeading(const RecordDrawing &d)
     return heading + QStringLiteral(": columns 1\u2013%1</h3>\n").arg(d.end);
 }
 
-QString drawingsHtml(const InspectReport &report)
+/* The page's long parts go to a PagePieces as they are made, a record's
+ * drawing or a table row at a time, so that a page is never held whole on
+ * its way to a file. */
+class PagePieces
+{
+public:
+    using Sink = std::function<void(const QString &)>;
+    explicit PagePieces(Sink sink) : m_sink(std::move(sink)) {}
+
+    PagePieces &operator<<(const QString &piece)
+    {
+        m_sink(piece);
+        return *this;
+    }
+
+private:
+    Sink m_sink;
+};
+
+void writeDrawings(const InspectReport &report, PagePieces &page)
 {
     const QList<RecordDrawing> drawings = recordDrawingsOf(report);
     const int scale = pageScale(drawings);
-    QString html = QStringLiteral("<h2>Records</h2>\n") + legendHtml(report);
+    page << QStringLiteral("<h2>Records</h2>\n") << legendHtml(report);
     for (const RecordDrawing &d : drawings) {
-        html += recordHeading(d);
-        html += QStringLiteral("<div class=\"drawing\">%1</div>\n").arg(drawingSvg(d, scale));
+        page << recordHeading(d);
+        page << QStringLiteral("<div class=\"drawing\">%1</div>\n").arg(drawingSvg(d, scale));
         if (!d.notDrawn.isEmpty())
-            html += QStringLiteral("<p class=\"note\">Not drawn: %1.</p>\n")
+            page << QStringLiteral("<p class=\"note\">Not drawn: %1.</p>\n")
                         .arg(htmlText(d.notDrawn.join(QStringLiteral("; "))));
     }
-    return html;
 }
 
 QString cell(const QString &text, const char *cssClass = nullptr)
@@ -165,16 +186,17 @@ QString headerRow(const QStringList &headers)
 }
 
 //! SPSS and Stata fields have no columns: their variables in file order instead of a ruler.
-QString variablesHtml(const InspectReport &report)
+void writeVariables(const InspectReport &report, PagePieces &page)
 {
-    QString html = QStringLiteral("<h2>Variables</h2>\n<table class=\"variables\">\n");
-    html += headerRow({"#", "Name", "Type", "Width", "Decimals", "Label"});
+    page << QStringLiteral("<h2>Variables</h2>\n<table class=\"variables\">\n");
+    page << headerRow({"#", "Name", "Type", "Width", "Decimals", "Label"});
     for (int i = 0; i < report.fields.size(); ++i) {
         const FieldRow &f = report.fields.at(i);
-        html += QStringLiteral("<tr>") + cell(num(i + 1), "num") + cell(f.name, "name") + cell(f.type)
-            + cell(num(f.size), "num") + cell(num(f.decimals), "num") + cell(f.label) + QStringLiteral("</tr>\n");
+        page << QStringLiteral("<tr>") + cell(num(i + 1), "num") + cell(f.name, "name") + cell(f.type)
+                    + cell(num(f.size), "num") + cell(num(f.decimals), "num") + cell(f.label)
+                    + QStringLiteral("</tr>\n");
     }
-    return html + QStringLiteral("</table>\n");
+    page << QStringLiteral("</table>\n");
 }
 
 QString valueLabelsHtml(const QList<ValueLabel> &labels)
@@ -188,31 +210,31 @@ QString valueLabelsHtml(const QList<ValueLabel> &labels)
     return html + QStringLiteral("</ul></td>");
 }
 
-QString fieldsHtml(const QList<FieldRow> &fields)
+void writeFields(const QList<FieldRow> &fields, PagePieces &page)
 {
-    QString html = QStringLiteral("<h2>Fields</h2>\n<table class=\"fields\">\n");
-    html += headerRow({"Name", "Label", "Type", "Start", "Size", "Dec", "Min", "Max", "Missing", "Not applicable",
+    page << QStringLiteral("<h2>Fields</h2>\n<table class=\"fields\">\n");
+    page << headerRow({"Name", "Label", "Type", "Start", "Size", "Dec", "Min", "Max", "Missing", "Not applicable",
                        "Group", "Value labels"});
     for (const FieldRow &f : fields) {
-        html += QStringLiteral("<tr>") + cell(f.name, "name") + cell(f.label) + cell(f.type)
-            + cell(num(f.start), "num") + cell(num(f.size), "num") + cell(num(f.decimals), "num") + cell(f.minimum)
-            + cell(f.maximum) + cell(f.missingCode) + cell(f.notApplicableCode) + cell(f.group)
-            + valueLabelsHtml(f.valueLabels) + QStringLiteral("</tr>\n");
+        page << QStringLiteral("<tr>") + cell(f.name, "name") + cell(f.label) + cell(f.type)
+                    + cell(num(f.start), "num") + cell(num(f.size), "num") + cell(num(f.decimals), "num")
+                    + cell(f.minimum) + cell(f.maximum) + cell(f.missingCode) + cell(f.notApplicableCode)
+                    + cell(f.group) + valueLabelsHtml(f.valueLabels) + QStringLiteral("</tr>\n");
     }
-    return html + QStringLiteral("</table>\n");
+    page << QStringLiteral("</table>\n");
 }
 
-QString notesHtml(const QList<NoteRow> &notes)
+void writeNotes(const QList<NoteRow> &notes, PagePieces &page)
 {
-    QString html = QStringLiteral("<h2>Reading notes</h2>\n<table class=\"notes\">\n");
-    html += headerRow({"Line", "Subject", "Kind", "Text"});
+    page << QStringLiteral("<h2>Reading notes</h2>\n<table class=\"notes\">\n");
+    page << headerRow({"Line", "Subject", "Kind", "Text"});
     for (const NoteRow &n : notes)
-        html += QStringLiteral("<tr>") + cell(n.line > 0 ? num(n.line) : QStringLiteral("-"), "num")
-            + cell(n.subject, "name") + cell(n.kind) + cell(n.text) + QStringLiteral("</tr>\n");
-    return html + QStringLiteral("</table>\n");
+        page << QStringLiteral("<tr>") + cell(n.line > 0 ? num(n.line) : QStringLiteral("-"), "num")
+                    + cell(n.subject, "name") + cell(n.kind) + cell(n.text) + QStringLiteral("</tr>\n");
+    page << QStringLiteral("</table>\n");
 }
 
-QString lookupHtml(const LookupResult &lookup)
+void writeLookup(const LookupResult &lookup, PagePieces &page)
 {
     QString html = QStringLiteral("<h2>Summary</h2>\n<table class=\"summary\">\n");
     html += row(QStringLiteral("Lookup file"), htmlText(lookup.file));
@@ -220,44 +242,77 @@ QString lookupHtml(const LookupResult &lookup)
     html += row(QStringLiteral("Entries"), num(lookup.entries));
     html += row(QStringLiteral("Messages"), num(lookup.messages.size()));
     html += QStringLiteral("</table>\n<h2>Label frequencies</h2>\n<table class=\"frequencies\">\n");
-    html += headerRow({"Count", "Label"});
+    page << html << headerRow({"Count", "Label"});
     for (const auto &f : lookup.labelFrequencies)
-        html += QStringLiteral("<tr>") + cell(num(f.second), "num") + cell(f.first) + QStringLiteral("</tr>\n");
-    return html + QStringLiteral("</table>\n");
+        page << QStringLiteral("<tr>") + cell(num(f.second), "num") + cell(f.first) + QStringLiteral("</tr>\n");
+    page << QStringLiteral("</table>\n");
 }
 
-QString dictionaryHtml(const InspectReport &report)
+void writeDictionary(const InspectReport &report, PagePieces &page)
 {
-    QString html = summaryHtml(report);
-    html += hasColumnLayout(report) ? drawingsHtml(report) : variablesHtml(report);
-    return html + fieldsHtml(report.fields);
+    page << summaryHtml(report);
+    if (hasColumnLayout(report))
+        writeDrawings(report, page);
+    else
+        writeVariables(report, page);
+    writeFields(report.fields, page);
+}
+
+void writePage(const InspectReport &report, const WriteSettings &settings, PagePieces &page)
+{
+    const bool lookup = report.kind == InspectReport::Kind::Lookup;
+    const QString file = lookup ? report.lookup.file : report.source.file;
+    const QString title = QStringLiteral("Codebook of %1").arg(baseName(file));
+    page << QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\"/>\n");
+    page << QStringLiteral("<title>%1</title>\n<style>\n%2</style>\n</head>\n<body>\n<h1>%1</h1>\n")
+                .arg(htmlText(title), QLatin1String(PageStyleText));
+    if (lookup)
+        writeLookup(report.lookup, page);
+    else
+        writeDictionary(report, page);
+    if (settings.notes && !report.notes.isEmpty())
+        writeNotes(report.notes, page);
+    page << QStringLiteral("</body>\n</html>\n");
 }
 
 } // namespace
 
 QString htmlOfReport(const InspectReport &report, const WriteSettings &settings)
 {
-    const bool lookup = report.kind == InspectReport::Kind::Lookup;
-    const QString file = lookup ? report.lookup.file : report.source.file;
-    const QString title = QStringLiteral("Codebook of %1").arg(baseName(file));
-    QString html = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\"/>\n");
-    html += QStringLiteral("<title>%1</title>\n<style>\n%2</style>\n</head>\n<body>\n<h1>%1</h1>\n")
-                .arg(htmlText(title), QLatin1String(PageStyleText));
-    html += lookup ? lookupHtml(report.lookup) : dictionaryHtml(report);
-    if (settings.notes && !report.notes.isEmpty())
-        html += notesHtml(report.notes);
-    return html + QStringLiteral("</body>\n</html>\n");
+    QString html;
+    PagePieces page([&html](const QString &piece) { html += piece; });
+    writePage(report, settings, page);
+    return html;
 }
 
 void writeHtmlReport(const InspectReport &report, const WriteSettings &settings, QTextStream &out)
 {
-    out << htmlOfReport(report, settings);
+    PagePieces page([&out](const QString &piece) { out << piece; });
+    writePage(report, settings, page);
     out.flush();
 }
 
 QString writeHtmlFile(const InspectReport &report, const WriteSettings &settings, const QString &path)
 {
-    return writeFileWhole(path, htmlOfReport(report, settings).toUtf8());
+    return writeFileWhole(path, [&](QIODevice *file) {
+        // Pieces are gathered into writes of 64 KiB or more; the first refused write ends the writing.
+        QByteArray pending;
+        bool written = true;
+        const auto send = [&] {
+            written = written && file->write(pending) == pending.size();
+            pending.clear();
+        };
+        PagePieces page([&](const QString &piece) {
+            if (!written)
+                return;
+            pending += piece.toUtf8();
+            if (pending.size() >= 1 << 16)
+                send();
+        });
+        writePage(report, settings, page);
+        send();
+        return written;
+    });
 }
 
 const char *pageStyle()
