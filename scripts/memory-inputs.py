@@ -9,7 +9,9 @@ occurrences on every 7th (about 125,000 items, 160,000 once the occurrences
 are expanded: under the readers' limit of 250,000);
 occurrences-limit.dcf / .json: 30 items of 9,999 occurrences each (the most
 an item may have); nested.json: 100,000 nested arrays; empty-objects.json: a
-"levels" array of 10,000,000 empty objects.
+"levels" array of 10,000,000 empty objects; minimal-items.dcf: 200,000
+items of a name, a start and a width only (MINIMAL_ITEMS), 1,000 a record,
+where the memory a field costs outweighs the file's size.
 """
 import json
 import os
@@ -17,6 +19,8 @@ import sys
 
 TARGET_BYTES = 50_000_000
 ITEMS_PER_RECORD = 50
+MINIMAL_ITEMS = 200_000
+MINIMAL_ITEMS_PER_RECORD = 1_000
 
 
 def text_item(i, start):
@@ -108,6 +112,18 @@ def write_occurrence_limit(folder):
         json.dump(dictionary, out)
 
 
+def write_minimal_items(path, items=MINIMAL_ITEMS):
+    head = ["[Dictionary]", "Version=CSPro 7.7", "Name=D", "RecordTypeStart=1", "RecordTypeLen=1",
+            "Positions=Absolute", "", "[Level]", "Name=L", "", "[IdItems]", ""]
+    with open(path, "w", newline="\r\n") as out:
+        out.write("\n".join(head) + "\n")
+        for i in range(items):
+            if i % MINIMAL_ITEMS_PER_RECORD == 0:
+                record = i // MINIMAL_ITEMS_PER_RECORD
+                out.write(f"[Record]\nName=R{record}\nRecordTypeValue='{record % 10}'\n\n")
+            out.write(f"[Item]\nName=I{i}\nStart={2 + i % MINIMAL_ITEMS_PER_RECORD}\nLen=1\n\n")
+
+
 def write_all(folder, target_bytes=TARGET_BYTES):
     """Writes every input into folder; the two dictionaries are named census-50mb.* whatever their size."""
     global TARGET_BYTES
@@ -116,6 +132,7 @@ def write_all(folder, target_bytes=TARGET_BYTES):
     write_text(os.path.join(folder, "census-50mb.dcf"))
     write_json(os.path.join(folder, "census-50mb.json"))
     write_occurrence_limit(folder)
+    write_minimal_items(os.path.join(folder, "minimal-items.dcf"))
     depth = 100_000
     with open(os.path.join(folder, "nested.json"), "w") as out:
         out.write('{"a":' + "[" * depth + "]" * depth + "}")
