@@ -1,7 +1,11 @@
 #ifndef KXCODEBOOK_CHUNKBUFFER_P_H
 #define KXCODEBOOK_CHUNKBUFFER_P_H
 
+#include <QChar>
 #include <QIODevice>
+#include <QString>
+
+#include <algorithm>
 
 #include <cstddef>
 #include <cstring>
@@ -38,6 +42,25 @@ public:
         ++m_used;
     }
 
+    /*! Appends \a text's UTF-16 units as \a escape writes them: called as
+     * escape(out, units, begin, end) on slices of the text, with room for
+     * \a maxBytesPerUnit bytes a unit, it returns the end of what it wrote.
+     * A slice never ends between the two halves of a surrogate pair. */
+    template <typename Escape>
+    void addEscaped(const QString &text, size_t maxBytesPerUnit, Escape escape)
+    {
+        constexpr int Slice = 4096;
+        const ushort *units = text.utf16();
+        const int size = text.size();
+        for (int begin = 0; begin < size;) {
+            int end = std::min(size, begin + Slice);
+            if (end < size && QChar::isHighSurrogate(units[end - 1]))
+                ++end;  // keep a pair together
+            commit(escape(room(maxBytesPerUnit * size_t(end - begin)), units, begin, end));
+            begin = end;
+        }
+    }
+
     //! Sends what is left; false when the device refused any of it.
     bool finish()
     {
@@ -67,6 +90,23 @@ private:
     size_t m_used = 0;
     bool m_sent = true;
 };
+
+//! Writes the UTF-8 of the code point \a c (U+0080 and above) at \a out; returns the end.
+inline char *putUtf8(char *out, uint c)
+{
+    if (c < 0x800) {
+        *out++ = char(0xC0 | (c >> 6));
+    } else if (c < 0x10000) {
+        *out++ = char(0xE0 | (c >> 12));
+        *out++ = char(0x80 | ((c >> 6) & 0x3F));
+    } else {
+        *out++ = char(0xF0 | (c >> 18));
+        *out++ = char(0x80 | ((c >> 12) & 0x3F));
+        *out++ = char(0x80 | ((c >> 6) & 0x3F));
+    }
+    *out++ = char(0x80 | (c & 0x3F));
+    return out;
+}
 
 } // namespace Internal
 } // namespace KxCodebook

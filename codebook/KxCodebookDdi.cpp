@@ -260,22 +260,6 @@ private:
         return out;
     }
 
-    static char *putUtf8(char *out, uint c)
-    {
-        if (c < 0x800) {
-            *out++ = char(0xC0 | (c >> 6));
-        } else if (c < 0x10000) {
-            *out++ = char(0xE0 | (c >> 12));
-            *out++ = char(0x80 | ((c >> 6) & 0x3F));
-        } else {
-            *out++ = char(0xF0 | (c >> 18));
-            *out++ = char(0x80 | ((c >> 12) & 0x3F));
-            *out++ = char(0x80 | ((c >> 6) & 0x3F));
-        }
-        *out++ = char(0x80 | (c & 0x3F));
-        return out;
-    }
-
     /* XML 1.0 cannot carry control characters other than tab, line feed and
      * carriage return, nor lone surrogates, U+FFFE or U+FFFF: each becomes
      * U+FFFD, the replacement character, so that damaged text shows as such.
@@ -296,7 +280,7 @@ private:
         default: break;
         }
         if (u < 0x20)
-            return putUtf8(out, QChar::ReplacementCharacter);
+            return Internal::putUtf8(out, QChar::ReplacementCharacter);
         *out++ = char(u);
         return out;
     }
@@ -323,12 +307,12 @@ private:
             } else if (u < 0x80) {
                 out = putAscii(out, u, context);
             } else if (QChar::isHighSurrogate(u) && i + 1 < end && QChar::isLowSurrogate(units[i + 1])) {
-                out = putUtf8(out, QChar::surrogateToUcs4(u, units[i + 1]));
+                out = Internal::putUtf8(out, QChar::surrogateToUcs4(u, units[i + 1]));
                 ++i;
             } else if (QChar::isSurrogate(u) || u == 0xFFFE || u == 0xFFFF) {
-                out = putUtf8(out, QChar::ReplacementCharacter);
+                out = Internal::putUtf8(out, QChar::ReplacementCharacter);
             } else {
-                out = putUtf8(out, u);
+                out = Internal::putUtf8(out, u);
             }
         }
         return out;
@@ -336,17 +320,9 @@ private:
 
     void appendEscaped(const QString &text, Context context)
     {
-        constexpr int Slice = 4096;
-        const ushort *units = text.utf16();
-        const int size = text.size();
-        for (int begin = 0; begin < size;) {
-            int end = std::min(size, begin + Slice);
-            if (end < size && QChar::isHighSurrogate(units[end - 1]))
-                ++end;  // keep a pair together
-            char *out = m_out.room(size_t(MaxBytesPerUnit) * size_t(end - begin));
-            m_out.commit(putEscaped(out, units, begin, end, context));
-            begin = end;
-        }
+        m_out.addEscaped(text, MaxBytesPerUnit, [context](char *out, const ushort *units, int begin, int end) {
+            return putEscaped(out, units, begin, end, context);
+        });
     }
 
     Internal::ChunkBuffer m_out;

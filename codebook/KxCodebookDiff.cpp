@@ -1,5 +1,7 @@
 #include "KxCodebookDiff.h"
 
+#include "KxCodebookJson.h"
+
 #include <QHash>
 #include <QSet>
 
@@ -100,16 +102,6 @@ QString normalCode(const QString &code, Storage storage)
 QString rangeText(const QString &from, const QString &to)
 {
     return from + QLatin1Char(':') + to;
-}
-
-QString storageName(Storage storage)
-{
-    switch (storage) {
-    case Storage::Numeric: return QStringLiteral("numeric");
-    case Storage::Text: return QStringLiteral("text");
-    case Storage::Binary: return QStringLiteral("binary");
-    }
-    return QString();
 }
 
 // CSPro's content type where the format has one, else the storage.

@@ -288,19 +288,11 @@ private:
                     *out++ = hexDigit(u >> 4);
                     *out++ = hexDigit(u & 0xF);
                 }
-            } else if (u < 0x800) {
-                *out++ = char(0xC0 | (u >> 6));
-                *out++ = char(0x80 | (u & 0x3F));
             } else if (!QChar::isSurrogate(u)) {
-                *out++ = char(0xE0 | (u >> 12));
-                *out++ = char(0x80 | ((u >> 6) & 0x3F));
-                *out++ = char(0x80 | (u & 0x3F));
+                out = Internal::putUtf8(out, u);
             } else if (QChar::isHighSurrogate(u) && i + 1 < end && QChar::isLowSurrogate(units[i + 1])) {
-                const uint c = QChar::surrogateToUcs4(ushort(u), units[++i]);
-                *out++ = char(0xF0 | (c >> 18));
-                *out++ = char(0x80 | ((c >> 12) & 0x3F));
-                *out++ = char(0x80 | ((c >> 6) & 0x3F));
-                *out++ = char(0x80 | (c & 0x3F));
+                out = Internal::putUtf8(out, QChar::surrogateToUcs4(ushort(u), units[i + 1]));
+                ++i;
             } else {
                 *out++ = '\\';
                 *out++ = 'u';
@@ -313,19 +305,9 @@ private:
 
     void appendString(const QString &text)
     {
-        constexpr int Slice = 4096;
         constexpr size_t MaxBytesPerUnit = 6;  // \u00XX
-        const ushort *units = text.utf16();
-        const int size = text.size();
         m_out.add('"');
-        for (int begin = 0; begin < size;) {
-            int end = std::min(size, begin + Slice);
-            if (end < size && QChar::isHighSurrogate(units[end - 1]))
-                ++end;  // keep a pair together
-            char *out = m_out.room(MaxBytesPerUnit * size_t(end - begin));
-            m_out.commit(putEscaped(out, units, begin, end));
-            begin = end;
-        }
+        m_out.addEscaped(text, MaxBytesPerUnit, putEscaped);
         m_out.add('"');
     }
 
