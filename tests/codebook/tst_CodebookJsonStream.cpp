@@ -1,6 +1,7 @@
-// writeJson() streams the text that QJsonDocument makes of toJson(): the
-// expected bytes in every test here are Qt's own serialisation of the same
-// codebook, so the two cannot drift apart.
+// writeJson() writes JSON exactly as QJsonDocument::Indented does: keys in
+// order, Qt's indentation, escapes and numbers. The expected bytes in every
+// test here are Qt's own serialisation of the same document (toJson(), the
+// streamed text read back by Qt), so any departure from Qt's form shows.
 
 #include "CodebookTestSupport.h"
 
