@@ -107,14 +107,19 @@ QJsonObject jsonOfLookup(const LookupResult &lookup, bool longArrays)
     return root;
 }
 
+QJsonObject jsonOfNote(const NoteRow &n)
+{
+    return QJsonObject{{QStringLiteral("line"), n.line},
+                       {QStringLiteral("subject"), n.subject},
+                       {QStringLiteral("kind"), n.kind},
+                       {QStringLiteral("text"), n.text}};
+}
+
 QJsonArray jsonOfNotes(const QList<NoteRow> &notes)
 {
     QJsonArray out;
     for (const NoteRow &n : notes)
-        out.append(QJsonObject{{QStringLiteral("line"), n.line},
-                               {QStringLiteral("subject"), n.subject},
-                               {QStringLiteral("kind"), n.kind},
-                               {QStringLiteral("text"), n.text}});
+        out.append(jsonOfNote(n));
     return out;
 }
 
@@ -169,7 +174,7 @@ QList<StreamedArray> streamedArrays(const InspectReport &report, const WriteSett
     }
     if (settings.notes)
         arrays << StreamedArray{QStringLiteral("notes"), int(report.notes.size()),
-                                [&report](int i) { return QJsonValue(jsonOfNotes({report.notes.at(i)}).at(0)); }};
+                                [&report](int i) { return QJsonValue(jsonOfNote(report.notes.at(i))); }};
     return arrays;
 }
 
