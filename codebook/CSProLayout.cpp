@@ -26,21 +26,25 @@ void fillLinkedValueSets(QVector<Variable> *variables)
     }
 }
 
+MissingValue missingValueOf(const Value &value, const Code &code)
+{
+    MissingValue m;
+    m.from = code.from;
+    m.to = code.to;
+    m.isRange = code.isRange;
+    m.special = value.special;
+    m.label = value.labels.primary();
+    return m;
+}
+
 QVector<MissingValue> missingValuesOf(const ValueSet &set)
 {
     QVector<MissingValue> missing;
     for (const Value &value : set.values) {
         if (value.special == Special::None)
             continue;
-        for (const Code &code : value.codes) {
-            MissingValue m;
-            m.from = code.from;
-            m.to = code.to;
-            m.isRange = code.isRange;
-            m.special = value.special;
-            m.label = value.labels.primary();
-            missing.append(std::move(m));
-        }
+        for (const Code &code : value.codes)
+            missing.append(missingValueOf(value, code));
     }
     return missing;
 }

@@ -27,6 +27,9 @@ constexpr qint64 MaxDecimals = 15;
  * (marked ValueSet::linkFilled). */
 void fillLinkedValueSets(QVector<Variable> *variables);
 
+//! \a code of \a value, a value with a special meaning, as a missing value labelled with its primary label.
+MissingValue missingValueOf(const Value &value, const Code &code);
+
 /*! The special values of \a set as missing values: one for each code or
  * range of a value with a special meaning, labelled with its primary label. */
 QVector<MissingValue> missingValuesOf(const ValueSet &set);

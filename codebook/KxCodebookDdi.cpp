@@ -1,5 +1,6 @@
 #include "KxCodebookDdi.h"
 
+#include "CSProLayout_p.h"
 #include "ChunkBuffer_p.h"
 
 #include <QBuffer>
@@ -634,17 +635,6 @@ private:
     QSet<QString> m_keys;
 };
 
-MissingValue missingOf(const Value &value, const Code &code)
-{
-    MissingValue m;
-    m.from = code.from;
-    m.to = code.to;
-    m.isRange = code.isRange;
-    m.special = value.special;
-    m.label = value.labels.primary();
-    return m;
-}
-
 /* The variable's missing values, then the codes of the special values of
  * \a values that they lack (a codebook put together by hand may leave them
  * out of the variable's list). */
@@ -659,7 +649,7 @@ QVector<MissingValue> invalidValues(const Variable &v, const QVector<Value> &val
     for (const Value &value : values) {
         for (const Code &code : value.codes) {
             if (value.special != Special::None && !listed.contains(code))
-                all.append(missingOf(value, code));
+                all.append(detail::missingValueOf(value, code));
         }
     }
     return all;
