@@ -338,15 +338,12 @@ QList<NoteRow> notesOf(const TDataImport &importer)
 QString fillDictionaryReport(const InspectOptions &o, bool dialogPossible, const WarningSink &warn,
                              InspectReport &report)
 {
-    QString problem = checkInputFile(o.file);
-    if (!problem.isEmpty())
-        return problem;
     // A pipe is read once, into a copy that every step then reads by path.
     QTemporaryFile copy;
-    const QString source = readablePath(o.file, copy, &problem);
-    if (source.isEmpty())
+    QString path;
+    QString problem = openInput(o.file, copy, &path);
+    if (!problem.isEmpty())
         return problem;
-    const QString path = QFileInfo(source).absoluteFilePath();
 
     QString format = o.format;
     const bool detected = format.isEmpty();
@@ -371,8 +368,8 @@ QString fillDictionaryReport(const InspectOptions &o, bool dialogPossible, const
 
     report.kind = InspectReport::Kind::Dictionary;
     describeSource(opened, path, format, detected, report.source);
-    if (source != o.file) {
-        // The report names the stream, not its copy.
+    if (copy.isOpen()) {
+        // Read from the copy of a stream: the report names the stream.
         const QString named = QFileInfo(o.file).absoluteFilePath();
         report.source.file = named;
         report.source.providerId.replace(path, named);

@@ -77,4 +77,16 @@ QString readablePath(const QString &path, QTemporaryFile &copy, QString *problem
     return copy.fileName();
 }
 
+QString openInput(const QString &path, QTemporaryFile &copy, QString *absolutePath)
+{
+    QString problem = checkInputFile(path);
+    if (!problem.isEmpty())
+        return problem;
+    const QString source = readablePath(path, copy, &problem);
+    if (source.isEmpty())
+        return problem;
+    *absolutePath = QFileInfo(source).absoluteFilePath();
+    return QString();
+}
+
 } // namespace kxinspect

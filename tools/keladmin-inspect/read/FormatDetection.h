@@ -22,6 +22,11 @@ QString detectFileFormat(const QString &path, QString *format);
  * \a problem, when the copy cannot be made. */
 QString readablePath(const QString &path, QTemporaryFile &copy, QString *problem);
 
+/*! checkInputFile() and readablePath() in one: sets \a absolutePath to the
+ * absolute path to read \a path by (\a copy's for a pipe) and returns an
+ * empty text, or returns the problem. */
+QString openInput(const QString &path, QTemporaryFile &copy, QString *absolutePath);
+
 } // namespace kxinspect
 
 #endif // KXINSPECT_FORMATDETECTION_H

@@ -49,15 +49,12 @@ QString readLookup(const InspectOptions &o, TKxLookup &lookup, TKxLabelFrequenci
 
 QString fillLookupReport(const InspectOptions &o, InspectReport &report)
 {
-    QString problem = checkInputFile(o.file);
-    if (!problem.isEmpty())
-        return problem;
     // A pipe is read once, into a copy that the lookup then reads by path.
     QTemporaryFile copy;
-    const QString source = readablePath(o.file, copy, &problem);
-    if (source.isEmpty())
+    QString path;
+    QString problem = openInput(o.file, copy, &path);
+    if (!problem.isEmpty())
         return problem;
-    const QString path = QFileInfo(source).absoluteFilePath();
 
     TKxLookup lookup;
     lookup.setFfileName(path);
