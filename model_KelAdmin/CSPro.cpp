@@ -158,6 +158,7 @@ void TCSPro::loadFromStr(QStringList *lines)
                 processValueSet(lines, i);
                 break;
             default:
+                notes->sawSkippedHeader(line);
                 break;
             }
         }
@@ -281,6 +282,7 @@ void TCSPro::processDictionary(QStringList *lines, int &index)
     positions = processLine(*section, CMD_POSITIONS, QString());
     zeroFill = processLine(*section, CMD_ZEROFILL, QString());
     decimalChar = processLine(*section, CMD_DECCHAR, QString());
+    notes->noteDictionary(*section);
 }
 
 void TCSPro::processRecord(QStringList *lines, int &index)
@@ -300,6 +302,7 @@ void TCSPro::processRecord(QStringList *lines, int &index)
     records->append(record);
     recordsByValue->insert(record->recordTypeValue, record);
     currentRecord = record;
+    notes->startRecord();
 }
 
 void TCSPro::processItem(QStringList *lines, int &index)
@@ -307,6 +310,7 @@ void TCSPro::processItem(QStringList *lines, int &index)
     std::unique_ptr<QStringList> section(getSection(lines, index));
     std::unique_ptr<TCSProItem> item(new TCSProItem);
     readItemCommands(*section, item.get());
+    notes->noteItem(*section, *item);
 
     if (item->occurrences == 1) {
         TCSProItem *stored = item.release();
@@ -391,6 +395,7 @@ void TCSPro::checkOccurrences(const QStringList &section, const TCSProItem &item
 void TCSPro::storeOccurrenceCopies(const QStringList &section, const TCSProItem &item)
 {
     checkOccurrences(section, item);
+    notes->noteOccurrenceNames(section, item);
     const int occurrences = item.occurrences;
     const int copiesIndex = items->size();
     if (copiesIndex == 0) {
@@ -442,7 +447,8 @@ void TCSPro::processValueSet(QStringList *lines, int &index)
         return;
     }
     valueSet->sortItems();
-    attachValueSet(valueSet);
+    if (attachValueSet(valueSet))
+        notes->noteAttachedValueSet(*section, valueSet);
 }
 
 QString TCSPro::readValueLines(const QStringList &section, TCSProValueSet *valueSet)
@@ -563,7 +569,7 @@ bool TCSPro::decideDecimalCodes(const QStringList &section, TCSProValueSet *valu
     }
 }
 
-void TCSPro::attachValueSet(TCSProValueSet *valueSet)
+bool TCSPro::attachValueSet(TCSProValueSet *valueSet)
 {
     bool attached = false;
     if (currentItem->index == 0) {
@@ -582,13 +588,14 @@ void TCSPro::attachValueSet(TCSProValueSet *valueSet)
         }
     }
     if (attached)
-        return;
+        return true;
     const TCSProValueSet *kept = currentItem->getHasValueSet() ? currentItem->valueSets->first() : nullptr;
     notes->noteDroppedValueSet(valueSet,
                         QStringLiteral("its item already has the value set %1, and only the first is kept")
                             .arg(kept ? kept->name : QString()),
                         notes->sectionHeader() + 1);
     discardValueSet(valueSet);
+    return false;
 }
 
 void TCSPro::noteLinkedValueSet(int line, const QString &link, const TCSProValueSet *valueSet)

@@ -271,7 +271,8 @@ private:
     TValueSetItem *readValueLine(const QString &line, TCSProValueSet *valueSet);
     void readSpecialValue(const QString &line, TValueSetItem *pending, const TCSProValueSet *valueSet);
     bool decideDecimalCodes(const QStringList &section, TCSProValueSet *valueSet);
-    void attachValueSet(TCSProValueSet *valueSet);
+    // True when the value set was attached; a dropped one is deleted.
+    bool attachValueSet(TCSProValueSet *valueSet);
     QString readCommand(const QStringList &section, const QString &command, const QString &def,
                         const int *intDefault);
 

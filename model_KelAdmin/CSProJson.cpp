@@ -135,6 +135,9 @@ TCSProJson::ItemDefaults TCSProJson::readDictionaryMembers(const QJsonObject &di
         recordTypeLen = 0;
     }
 
+    if (recordTypeLen <= 0)
+        noteNoRecordType();
+
     ItemDefaults defaults;
     defaults.relativePositions = dictionary.value(QStringLiteral("relativePositions")).toBool(true);
     const QJsonValue defaultsValue = dictionary.value(QStringLiteral("defaults"));
@@ -158,9 +161,16 @@ void TCSProJson::readIdItems(const QJsonArray &levels, const ItemDefaults &defau
         if (!idItems.isArray())
             continue;
         int position = 1;
+        bool startsComputed = false;
         for (const QJsonValue &itemValue : idItems.toArray()) {
             if (!itemValue.isObject())
                 continue;
+            if (defaults.relativePositions && !startsComputed && recordTypeLen > 0 && recordTypeStart == 1
+                && !itemValue.toObject().contains(QStringLiteral("start"))) {
+                startsComputed = true;
+                noteStartsFromColumnOne(name, QStringLiteral("The identification items of a level"),
+                                        recordTypeStart + recordTypeLen);
+            }
             const QJsonObject item = completeItem(itemValue.toObject(), defaults.relativePositions, position,
                                                   defaults.decimalMark, defaults.zeroFill);
             readItem(item, commonRecord, position, defaults.relativePositions, defaults.decimalMark,
@@ -200,15 +210,28 @@ void TCSProJson::readRecord(const QJsonObject &jsonRecord, const ItemDefaults &d
     const QJsonValue itemsValue = jsonRecord.value(QStringLiteral("items"));
     if (!itemsValue.isArray())
         return;
+    bool startsComputed = false;
+    parentOccurrences = 1;
     for (const QJsonValue &itemValue : itemsValue.toArray()) {
         if (!itemValue.isObject())
             continue;
+        if (defaults.relativePositions && !startsComputed && !itemValue.toObject().contains(QStringLiteral("start"))) {
+            startsComputed = true;
+            const int cspro = firstRecordColumn();
+            if (cspro > 1)
+                noteStartsFromColumnOne(record->name, QStringLiteral("Record %1: its items").arg(record->name),
+                                        cspro);
+        }
         const QJsonObject item = completeItem(itemValue.toObject(), defaults.relativePositions, position,
                                               defaults.decimalMark, defaults.zeroFill);
         int count = 1;
         const QJsonValue itemOccurrences = item.value(QStringLiteral("occurrences"));
-        if (itemOccurrences.isObject())
+        const QString itemName = item.value(QStringLiteral("name")).toString();
+        if (itemOccurrences.isObject()) {
             count = itemOccurrences.toObject().value(QStringLiteral("maximum")).toInt(1);
+            noteNumber(itemOccurrences.toObject(), QStringLiteral("maximum"), itemName, count);
+        }
+        noteSubitem(item, itemName);
         if (count < 2) {
             readItem(item, record, position, defaults.relativePositions, defaults.decimalMark, defaults.zeroFill);
             noteItem(item, currentItem->start, itemOccurrences);
@@ -260,8 +283,10 @@ void TCSProJson::readRepeatedItem(const QJsonObject &item, TCSProRecord *record,
         copy->zeroFill = zeroFillValue;
         copy->record = record;
         readCopyValueSet(copy, item, i == 1, firstValueSet);
-        if (i == 1)
+        if (i == 1) {
             firstValueSet = copy->getHasValueSet() ? copy->getValueSet(0) : nullptr;
+            noteItemShape(item, *copy);
+        }
         record->addItem(copy);
         items->append(copy);
     }
@@ -359,6 +384,7 @@ void TCSProJson::readItem(const QJsonObject &jsonItem, TCSProRecord *record, int
     readValueSet(item, jsonItem);
     record->addItem(item);
     items->append(item);
+    noteItemShape(jsonItem, *item);
 }
 
 void TCSProJson::readValueSet(TCSProItem *item, const QJsonObject &jsonItem)
@@ -399,6 +425,11 @@ TValueSetItem *TCSProJson::readValue(const QJsonObject &jsonValue, const QString
     const QJsonValue pairs = jsonValue.value(QStringLiteral("pairs"));
     if (pairs.isArray() && !pairs.toArray().isEmpty() && pairs.toArray().first().isObject()) {
         const QJsonObject pair = pairs.toArray().first().toObject();
+        if (withNotes && pairs.toArray().size() > 1)
+            addReadNote(0, valueSetName, TReadNoteKind::FirstPairOnly,
+                        QStringLiteral("Value set %1: the value '%2' has %3 pairs, and the reading kept the first.")
+                            .arg(valueSetName, readLabel(jsonValue))
+                            .arg(pairs.toArray().size()));
         const QJsonValue range = pair.value(QStringLiteral("range"));
         if (pair.contains(QStringLiteral("value"))) {
             code = pair.value(QStringLiteral("value")).toString();
@@ -485,4 +516,123 @@ void TCSProJson::noteFurtherValueSets(const QJsonObject &jsonItem, const QJsonAr
                         .arg(sets.size())
                         .arg(kept));
     }
+}
+
+void TCSProJson::noteNoRecordType()
+{
+    addReadNote(0, name, TReadNoteKind::GroupNotSet,
+                QStringLiteral("The dictionary gives the record type no length: CSPro still knows the record of "
+                               "every item, but the reading gives no field a group, the identification items "
+                               "included."));
+}
+
+int TCSProJson::firstRecordColumn() const
+{
+    qint64 last = recordTypeLen > 0 ? qint64(recordTypeStart) + recordTypeLen - 1 : 0;
+    for (const TCSProItem *item : qAsConst(*items)) {
+        if (item->record == commonRecord)
+            last = std::max(last, qint64(item->start) + std::max(item->len, 0) - 1);
+    }
+    return clampToInt(last + 1);
+}
+
+void TCSProJson::noteStartsFromColumnOne(const QString &subject, const QString &what, int cspro)
+{
+    addReadNote(0, subject, TReadNoteKind::StartNotRelative,
+                QStringLiteral("%1 give no \"start\" and the dictionary uses relative positions: CSPro lays them "
+                               "out from column %2, after the record type and the identification items; the "
+                               "reading lays them out from column 1.")
+                    .arg(what)
+                    .arg(cspro));
+}
+
+void TCSProJson::noteNumber(const QJsonObject &object, const QString &key, const QString &itemName, int kept)
+{
+    const QJsonValue value = object.value(key);
+    if (value.isUndefined())
+        return;
+    const double number = value.toDouble(-1);
+    if (value.isDouble() && number >= 0 && number <= std::numeric_limits<int>::max() && number == int(number))
+        return;
+    const QString written = value.isDouble() ? QString::number(value.toDouble(), 'g', 17)
+                                             : QStringLiteral("a %1").arg(value.isString() ? QStringLiteral("text")
+                                                                                           : QStringLiteral("non-number"));
+    addReadNote(0, itemName, TReadNoteKind::NumberOutOfRange,
+                QStringLiteral("Item %1: \"%2\" is %3, no whole number from 0 to %4; the reading kept %5.")
+                    .arg(itemName, key, written)
+                    .arg(std::numeric_limits<int>::max())
+                    .arg(kept));
+}
+
+void TCSProJson::noteSubitem(const QJsonObject &jsonItem, const QString &itemName)
+{
+    const bool subitem = noteKeys.subitem && jsonItem.value(QStringLiteral("subitem")).toBool(false);
+    if (!subitem) {
+        parentName = itemName;
+        const QJsonValue occurrences = jsonItem.value(QStringLiteral("occurrences"));
+        parentOccurrences = occurrences.isObject() ? occurrences.toObject().value(QStringLiteral("maximum")).toInt(1) : 1;
+        parentLength = jsonItem.value(QStringLiteral("length")).toInt(0);
+        return;
+    }
+    if (parentOccurrences < 2 || jsonItem.value(QStringLiteral("occurrences")).isObject())
+        return;
+    addReadNote(0, itemName, TReadNoteKind::SubitemOccurrencesOnce,
+                QStringLiteral("Subitem %1 lies in item %2, which has %3 occurrences: CSPro gives it once per "
+                               "occurrence, every %4 columns; the reading gives it once.")
+                    .arg(itemName, parentName)
+                    .arg(parentOccurrences)
+                    .arg(parentLength));
+}
+
+void TCSProJson::noteItemShape(const QJsonObject &jsonItem, const TCSProItem &item)
+{
+    const QString itemName = jsonItem.value(QStringLiteral("name")).toString();
+    noteNumber(jsonItem, QStringLiteral("start"), itemName, item.start);
+    noteNumber(jsonItem, QStringLiteral("length"), itemName, item.len);
+    const QString content = jsonItem.value(QStringLiteral("contentType")).toString().toLower();
+    if (content == QLatin1String("audio") || content == QLatin1String("document")
+        || content == QLatin1String("geometry") || content == QLatin1String("image")) {
+        addReadNote(0, itemName, TReadNoteKind::BinaryItemAsNumber,
+                    QStringLiteral("Item %1 holds %2 content, which takes no columns of the data file; the reading "
+                                   "made it a numeric field of length %3 at column %4.")
+                        .arg(itemName, content)
+                        .arg(item.len)
+                        .arg(item.start));
+        return;
+    }
+    const int decimals = noteKeys.decimals ? jsonItem.value(QStringLiteral("decimals")).toInt(0) : 0;
+    if (item.isAlpha == 0 && decimals == 0 && item.len > 9)
+        addReadNote(0, itemName, TReadNoteKind::WideIntegerAsReal,
+                    QStringLiteral("Item %1 is a whole number of %2 digits; the reading types it REAL (field type "
+                                   "2, decimals 0), as every numeric item longer than 9 digits.")
+                        .arg(itemName)
+                        .arg(item.len));
+    noteCodes(item);
+}
+
+void TCSProJson::noteCodes(const TCSProItem &item)
+{
+    if (!item.valueSets || item.valueSets->isEmpty())
+        return;
+    const TCSProValueSet *valueSet = item.valueSets->first();
+    const bool integerField = item.isAlpha == 0 && item.len <= 9;
+    QStringList padded, rounded;
+    for (const TValueSetItem *entry : qAsConst(*valueSet->items)) {
+        if (item.isAlpha == 1 && entry->code.contains(SPACECHR))
+            padded << QLatin1Char('"') + entry->code + QLatin1Char('"');
+        bool ok = false;
+        const int value = entry->code.toInt(&ok, 10);
+        if (integerField && ok && QString::number(double(value), 'g', 6).toDouble() != value)
+            rounded << QStringLiteral("%1 as %2").arg(entry->code.trimmed(), QString::number(double(value), 'g', 6));
+    }
+    if (!padded.isEmpty())
+        addReadNote(0, valueSet->name, TReadNoteKind::PaddedCodeSplit,
+                    QStringLiteral("Value set %1: the codes %2 hold blanks, so in the field's value labels, a code "
+                                   "and its label parted by a blank, they run into their labels.")
+                        .arg(valueSet->name, padded.join(QStringLiteral(", "))));
+    if (!rounded.isEmpty())
+        addReadNote(0, valueSet->name, TReadNoteKind::CodeRounded,
+                    QStringLiteral("Value set %1: the field is an integer, whose value labels write codes with 6 "
+                                   "significant digits: the reading kept %2.")
+                        .arg(valueSet->name, rounded.join(QStringLiteral(", "))));
 }

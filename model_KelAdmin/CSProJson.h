@@ -67,6 +67,14 @@ private:
     void noteOccurrenceLabels(const QString &what, const QString &subject, const QJsonObject &occurrences);
     void noteLink(const QJsonObject &jsonValueSet, const TCSProValueSet *valueSet);
     void noteFurtherValueSets(const QJsonObject &jsonItem, const QJsonArray &sets, const QString &kept);
+    void noteNoRecordType();
+    void noteStartsFromColumnOne(const QString &subject, const QString &what, int cspro);
+    void noteItemShape(const QJsonObject &jsonItem, const TCSProItem &item);
+    void noteNumber(const QJsonObject &object, const QString &key, const QString &itemName, int kept);
+    void noteSubitem(const QJsonObject &jsonItem, const QString &itemName);
+    void noteCodes(const TCSProItem &item);
+    //! The first column after the record type and every identification item, where CSPro lays out record items.
+    int firstRecordColumn() const;
 
     // Which keys that only notes need the file holds anywhere.
     struct NoteKeys
@@ -78,6 +86,10 @@ private:
     } noteKeys;
     qint64 valueSetEntries = 0;
     bool valueSetBudgetNoted = false;
+    // The last item that is not a subitem: the parent of the subitems after it.
+    QString parentName;
+    int parentOccurrences = 1;
+    int parentLength = 0;
 };
 
 #endif // CSPROJSON_H

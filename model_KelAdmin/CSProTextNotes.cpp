@@ -236,3 +236,243 @@ void TCSProTextNotes::noteLimit(int line, const QString &subject, const QString 
     if (lines)
         q.addReadNote(line, subject, TReadNoteKind::LimitReached, text);
 }
+
+// ---- Where the file's meaning and the reading part without an error -------
+
+namespace {
+
+QString listed(const QStringList &texts)
+{
+    constexpr int Shown = 5;
+    QStringList shown = texts.mid(0, Shown);
+    if (texts.size() > Shown)
+        shown << QStringLiteral("and %1 more").arg(texts.size() - Shown);
+    return shown.join(QStringLiteral(", "));
+}
+
+QString quoted(const QString &text)
+{
+    return QLatin1Char('\'') + text + QLatin1Char('\'');
+}
+
+bool isQuote(QChar c)
+{
+    return c == QLatin1Char('\'') || c == QLatin1Char('"');
+}
+
+// A code of an integer field is written with 6 significant digits: empty
+// when that keeps its value.
+QString roundedAsIntegerField(const QString &code)
+{
+    bool ok = false;
+    const int value = code.toInt(&ok, 10);
+    const QString written = QString::number(double(value), 'g', 6);
+    return ok && written.toDouble() != value ? written : QString();
+}
+
+} // namespace
+
+QString TCSProTextNotes::ownCommandLine(const QStringList &section, const QString &command) const
+{
+    const QString prefix = command + EQUALCHR;
+    for (const QString &line : section) {
+        if (line.startsWith(prefix))
+            return line;
+    }
+    return QString();
+}
+
+void TCSProTextNotes::sawSkippedHeader(const QString &header)
+{
+    const QString word = header.mid(1, header.indexOf(QLatin1Char(']')) - 1).toUpper();
+    if (word == QLatin1String("LEVEL"))
+        ++levels;
+    else if (word == QLatin1String("IDITEMS"))
+        inIdItems = true;
+}
+
+void TCSProTextNotes::noteDictionary(const QStringList &section)
+{
+    if (!lines || q.recordTypeLen > 0)
+        return;
+    const QString line = ownCommandLine(section, CMD_RECTYPELEN);
+    q.addReadNote(fileLineOf(line), q.name, TReadNoteKind::GroupNotSet,
+                  QStringLiteral("The line '%1' gives the dictionary no record type: CSPro still knows the record "
+                                 "of every item, but the reading gives no field a group, the identification items "
+                                 "included.")
+                      .arg(line));
+}
+
+void TCSProTextNotes::noteItem(const QStringList &section, const TCSProItem &item)
+{
+    if (!lines)
+        return;
+    noteLanguageLabel(section, item);
+    noteNumbers(section, item);
+    noteSubitem(item);
+    noteIdItem(item);
+    if (item.isAlpha == 0 && item.decimal == 0 && item.len > 9) {
+        const QString line = ownCommandLine(section, CMD_LEN);
+        q.addReadNote(fileLineOf(line), item.name, TReadNoteKind::WideIntegerAsReal,
+                      QStringLiteral("Item %1 is a whole number of %2 digits ('%3'); the reading types it REAL "
+                                     "(field type 2, decimals 0), as every numeric item longer than 9 digits.")
+                          .arg(item.name)
+                          .arg(item.len)
+                          .arg(line));
+    }
+}
+
+void TCSProTextNotes::noteLanguageLabel(const QStringList &section, const TCSProItem &item)
+{
+    if (!item.label.contains(QLatin1Char('|')))
+        return;
+    const QString line = ownCommandLine(section, CMD_LABEL);
+    q.addReadNote(fileLineOf(line), item.name, TReadNoteKind::LanguageLabelsJoined,
+                  QStringLiteral("The label '%1' holds one label per language, separated by '|': CSPro's label is "
+                                 "'%2'; the reading kept the whole text.")
+                      .arg(item.label, item.label.section(QLatin1Char('|'), 0, 0)));
+}
+
+void TCSProTextNotes::noteNumbers(const QStringList &section, const TCSProItem &item)
+{
+    struct Command
+    {
+        const QString &name;
+        int kept;
+        int fallback;
+    };
+    const Command commands[] = {{CMD_START, item.start, 1},
+                                {CMD_LEN, item.len, 0},
+                                {CMD_OCCURS, item.occurrences, 1},
+                                {CMD_DECIMAL, item.decimal, 0}};
+    for (const Command &command : commands) {
+        const QString line = ownCommandLine(section, command.name);
+        // A value read from another line has its note already.
+        if (line.isEmpty() || readCommandLine(section, command.name) != line)
+            continue;
+        const QString value = line.mid(command.name.size() + 1);
+        bool ok = false;
+        const int number = value.toInt(&ok, 10);
+        QString what;
+        if (!ok)
+            what = QStringLiteral("is no whole number the reading can hold, so it kept the default %1")
+                       .arg(command.fallback);
+        else if (number < 0)
+            what = QStringLiteral("is negative, and the reading kept %1").arg(command.kept);
+        else if (number == 0 && command.name == CMD_OCCURS)
+            what = QStringLiteral("leaves the item no occurrence, and the reading gives it no field");
+        if (what.isEmpty())
+            continue;
+        q.addReadNote(fileLineOf(line), item.name, TReadNoteKind::NumberOutOfRange,
+                      QStringLiteral("Item %1: '%2' %3.").arg(item.name, line, what));
+    }
+}
+
+void TCSProTextNotes::noteOccurrenceNames(const QStringList &section, const TCSProItem &item)
+{
+    if (!lines)
+        return;
+    const QString line = ownCommandLine(section, CMD_OCCURS);
+    q.addReadNote(fileLineOf(line), item.name, TReadNoteKind::OccurrenceNameControl,
+                  QStringLiteral("Item %1 has %2 occurrences; the reading names their fields %1_ followed by "
+                                 "the character of code 1 to %2 (U+0001 to U+%3), not %1_1 to %1_%2.")
+                      .arg(item.name)
+                      .arg(item.occurrences)
+                      .arg(QString::number(item.occurrences, 16).toUpper().rightJustified(4, QLatin1Char('0'))));
+}
+
+void TCSProTextNotes::noteSubitem(const TCSProItem &item)
+{
+    if (item.isSubItem == 0) {
+        parentName = item.name;
+        parentOccurrences = item.occurrences;
+        parentStart = item.start;
+        parentLength = item.len;
+        return;
+    }
+    if (parentOccurrences < 2 || item.occurrences != 1)
+        return;
+    const qint64 lastStart = qint64(item.start) + qint64(parentOccurrences - 1) * parentLength;
+    q.addReadNote(sectionHeaderIndex + 1, item.name, TReadNoteKind::SubitemOccurrencesOnce,
+                  QStringLiteral("Subitem %1 lies in item %2, which has %3 occurrences: CSPro gives it once per "
+                                 "occurrence, at columns %4 to %5 every %6 columns; the reading gives it once, "
+                                 "at column %4.")
+                      .arg(item.name, parentName)
+                      .arg(parentOccurrences)
+                      .arg(item.start)
+                      .arg(lastStart)
+                      .arg(parentLength));
+}
+
+void TCSProTextNotes::noteIdItem(const TCSProItem &item)
+{
+    if (!inIdItems || q.currentRecord == q.commonRecord)
+        return;
+    q.addReadNote(sectionHeaderIndex + 1, item.name, TReadNoteKind::IdItemInRecordGroup,
+                  QStringLiteral("Item %1 is an identification item of level %2; the reading puts it in record %3, "
+                                 "the record read before it, and so in that record's group.")
+                      .arg(item.name)
+                      .arg(levels)
+                      .arg(q.currentRecord->name));
+}
+
+void TCSProTextNotes::noteAttachedValueSet(const QStringList &section, const TCSProValueSet *valueSet)
+{
+    if (!lines)
+        return;
+    QStringList ranges, quotes, languages, padded, rounded;
+    QString rangeLine, quoteLine, languageLine;
+    for (const QString &line : section) {
+        if (!isCSProValueLine(line))
+            continue;
+        const QString rest = line.mid(6);
+        const int semicolon = rest.indexOf(QLatin1Char(';'));
+        const QString codes = semicolon >= 0 ? rest.left(semicolon) : rest;
+        if (codes.contains(COLONCHR)) {
+            ranges << codes.trimmed();
+            rangeLine = rangeLine.isNull() ? line : rangeLine;
+        }
+        const QString code = codes.trimmed();
+        if (code.size() >= 2 && isQuote(code.at(0)) && code.back() == code.at(0)) {
+            const QString kept = code.at(0) == QLatin1Char('\'') ? code.mid(1) : code;
+            quotes << QStringLiteral("%1 as %2").arg(code, kept);
+            quoteLine = quoteLine.isNull() ? line : quoteLine;
+        }
+        if (semicolon >= 0 && rest.indexOf(QLatin1Char('|'), semicolon) > 0) {
+            languages << quoted(rest.mid(semicolon + 1));
+            languageLine = languageLine.isNull() ? line : languageLine;
+        }
+    }
+    const bool integerField = valueSet->isNumeric && q.currentItem->decimal == 0 && q.currentItem->len <= 9;
+    for (const TValueSetItem *entry : qAsConst(*valueSet->items)) {
+        if (!valueSet->isNumeric && entry->code.contains(SPACECHR))
+            padded << QLatin1Char('"') + entry->code + QLatin1Char('"');
+        if (integerField && !roundedAsIntegerField(entry->code).isEmpty())
+            rounded << QStringLiteral("%1 as %2").arg(entry->code.trimmed(), roundedAsIntegerField(entry->code));
+    }
+    const QString name = valueSet->name;
+    if (!ranges.isEmpty())
+        q.addReadNote(fileLineOf(rangeLine), name, TReadNoteKind::RangeSplit,
+                      QStringLiteral("Value set %1: the ranges %2 are kept as their two bound codes, and the codes "
+                                     "between the bounds get no label.")
+                          .arg(name, listed(ranges)));
+    if (!quotes.isEmpty())
+        q.addReadNote(fileLineOf(quoteLine), name, TReadNoteKind::QuotedCodeBent,
+                      QStringLiteral("Value set %1: CSPro removes the quotes of a quoted code; the reading kept %2.")
+                          .arg(name, listed(quotes)));
+    if (!padded.isEmpty())
+        q.addReadNote(sectionHeaderIndex + 1, name, TReadNoteKind::PaddedCodeSplit,
+                      QStringLiteral("Value set %1: the codes %2 hold blanks, so in the field's value labels, a "
+                                     "code and its label parted by a blank, they run into their labels.")
+                          .arg(name, listed(padded)));
+    if (!languages.isEmpty())
+        q.addReadNote(fileLineOf(languageLine), name, TReadNoteKind::LanguageLabelsJoined,
+                      QStringLiteral("Value set %1: the labels %2 hold one label per language, separated by '|'; "
+                                     "CSPro's label is the first, and the reading kept the whole text.")
+                          .arg(name, listed(languages)));
+    if (!rounded.isEmpty())
+        q.addReadNote(sectionHeaderIndex + 1, name, TReadNoteKind::CodeRounded,
+                      QStringLiteral("Value set %1: the field is an integer, whose value labels write codes with 6 "
+                                     "significant digits: the reading kept %2.")
+                          .arg(name, listed(rounded)));
+}

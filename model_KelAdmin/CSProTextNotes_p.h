@@ -12,6 +12,7 @@
 #include <QStringList>
 
 class TCSPro;
+class TCSProItem;
 class TCSProValueSet;
 class TValueSetItem;
 
@@ -61,6 +62,17 @@ public:
     void noteUndecodableLine(int line, const QString &text);
     void noteLimit(int line, const QString &subject, const QString &text);
 
+    // Where the file's meaning and the reading part without an error.
+    //! A header the section loop skips: [Level] and [IdItems] tell whose identification items follow.
+    void sawSkippedHeader(const QString &header);
+    //! A [Record] starts: the identification items of its level are over.
+    void startRecord() { inIdItems = false; }
+    void noteDictionary(const QStringList &section);
+    void noteItem(const QStringList &section, const TCSProItem &item);
+    //! The copies of a repeated item are made: their names.
+    void noteOccurrenceNames(const QStringList &section, const TCSProItem &item);
+    void noteAttachedValueSet(const QStringList &section, const TCSProValueSet *valueSet);
+
 private:
     TCSPro &q;
     const QStringList *lines = nullptr;
@@ -70,6 +82,20 @@ private:
     // The copies of the dictionary's first item when it repeats all carry index 0.
     int firstItemCopies = 0;
     QString firstItemName;
+    // Identification items after a later level's [IdItems] land in the record read before them.
+    bool inIdItems = false;
+    int levels = 0;
+    // The last item that is not a subitem: the parent of the subitems after it.
+    QString parentName;
+    int parentOccurrences = 1;
+    int parentStart = 0;
+    int parentLength = 0;
+
+    QString ownCommandLine(const QStringList &section, const QString &command) const;
+    void noteLanguageLabel(const QStringList &section, const TCSProItem &item);
+    void noteNumbers(const QStringList &section, const TCSProItem &item);
+    void noteSubitem(const TCSProItem &item);
+    void noteIdItem(const TCSProItem &item);
 };
 
 #endif // CSPROTEXTNOTES_P_H

@@ -56,6 +56,36 @@ constexpr const char UserMissingNotRead[] = "user-missing-not-read";
 constexpr const char LabelSetMissing[] = "label-set-missing";
 //! SPSS and Stata: a label set that no variable names.
 constexpr const char LabelSetUnused[] = "label-set-unused";
+//! CSPro text: a label with one segment per language ("Oui|Yes") kept whole, bars included.
+constexpr const char LanguageLabelsJoined[] = "language-labels-joined";
+//! CSPro JSON: relative positions: record items without "start" placed from column 1 of the record,
+//! on top of the record type and the identification items.
+constexpr const char StartNotRelative[] = "start-not-relative";
+//! CSPro text: a quoted code kept its closing quote ('ADD' became ADD').
+constexpr const char QuotedCodeBent[] = "quoted-code-bent";
+//! CSPro: a code holding blanks ('1  ') runs into its label in the field's "code label" value labels.
+constexpr const char PaddedCodeSplit[] = "padded-code-split";
+//! CSPro text: a range (Value=1:18) kept as its two bound codes.
+constexpr const char RangeSplit[] = "range-split";
+//! CSPro: a whole-number item of 10 or more digits typed REAL.
+constexpr const char WideIntegerAsReal[] = "wide-integer-as-real";
+//! CSPro: no record type (RecordTypeLen=0): no field gets a group, identification items included.
+constexpr const char GroupNotSet[] = "group-not-set";
+//! CSPro JSON: a value with several "pairs" kept its first pair only.
+constexpr const char FirstPairOnly[] = "first-pair-only";
+//! CSPro: a start, length, count or number of decimals that is no whole number in range
+//! replaced by the default, or kept negative.
+constexpr const char NumberOutOfRange[] = "number-out-of-range";
+//! CSPro: a code of an integer field written with 6 significant digits (99999999 became 1e+08).
+constexpr const char CodeRounded[] = "code-rounded";
+//! CSPro text: the copies of a repeated item named with a control character (AGE_ and U+0001).
+constexpr const char OccurrenceNameControl[] = "occurrence-name-control";
+//! CSPro JSON: an audio, document, geometry or image item read as a numeric field.
+constexpr const char BinaryItemAsNumber[] = "binary-item-as-number";
+//! CSPro: a subitem of a repeating item given once, not once per occurrence of its parent.
+constexpr const char SubitemOccurrencesOnce[] = "subitem-occurrences-once";
+//! CSPro text: an identification item of a lower level put in the group of the record read before it.
+constexpr const char IdItemInRecordGroup[] = "id-item-in-record-group";
 } // namespace TReadNoteKind
 
 /*! \brief One reading note: a place where a reader dropped, shortened or

@@ -503,13 +503,14 @@ TEST_F(Inspector, FailOnNotesExitsThreeOnTheNotesSampleAfterPrintingEverything)
     ASSERT_TRUE(r.finished);
     EXPECT_EQ(r.exitCode, 3) << r.err.toStdString();
     const QStringList lines = r.outLines();
-    EXPECT_TRUE(lines.contains(QStringLiteral("Notes:             5")));
-    // The count by kind closes the table: the five notes of the sample's file.
+    EXPECT_TRUE(lines.contains(QStringLiteral("Notes:             6")));
+    // The count by kind closes the table: the six notes of the sample's file.
     const int byKind = lines.indexOf(QStringLiteral("Notes by kind:"));
     ASSERT_GE(byKind, 0);
     EXPECT_EQ(lines.mid(byKind + 1).filter(QRegularExpression(QStringLiteral("\\S"))),
               QStringList({QStringLiteral("  key-from-other-line     1"), QStringLiteral("  linked-value-set-empty  1"),
-                           QStringLiteral("  special-not-read        1"), QStringLiteral("  value-set-dropped       2")}));
+                           QStringLiteral("  range-split             1"), QStringLiteral("  special-not-read        1"),
+                           QStringLiteral("  value-set-dropped       2")}));
 }
 
 TEST_F(Inspector, JsonNotesOfTheNotesSampleHaveExactlyTheFourKeys)
@@ -518,7 +519,7 @@ TEST_F(Inspector, JsonNotesOfTheNotesSampleHaveExactlyTheFourKeys)
     ASSERT_TRUE(r.finished);
     ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
     const QJsonArray notes = jsonOf(r).value(QStringLiteral("notes")).toArray();
-    ASSERT_EQ(notes.size(), 5);
+    ASSERT_EQ(notes.size(), 6);
     const QStringList keys{QStringLiteral("kind"), QStringLiteral("line"), QStringLiteral("subject"),
                            QStringLiteral("text")};
     for (const QJsonValue &note : notes)

@@ -104,18 +104,18 @@ TEST_F(Inspector, SeveralFilesAsJsonAreOneDocument)
     const QJsonArray files = root.value(QStringLiteral("files")).toArray();
     ASSERT_EQ(files.size(), 2);
     EXPECT_EQ(str(files.at(0).toObject(), "file"), notes);
-    // labour-notes.dcf: its five notes (samples/README.md).
+    // labour-notes.dcf: its six notes (samples/README.md).
     EXPECT_EQ(files.at(0).toObject().value(QStringLiteral("report")).toObject().value(QStringLiteral("notes"))
                   .toArray().size(),
-              5);
+              6);
     EXPECT_EQ(str(files.at(1).toObject(), "file"), bad);
     EXPECT_TRUE(str(files.at(1).toObject(), "problem").startsWith(QStringLiteral("format not recognised")));
     const QJsonObject summary = root.value(QStringLiteral("summary")).toObject();
     EXPECT_EQ(num(summary, "read"), 1);
     EXPECT_EQ(num(summary, "failed"), 1);
     EXPECT_EQ(num(summary, "withNotes"), 1);
-    // labour-notes.dcf's notes are of four kinds.
-    EXPECT_EQ(summary.value(QStringLiteral("filesByNoteKind")).toArray().size(), 4);
+    // labour-notes.dcf's notes are of five kinds.
+    EXPECT_EQ(summary.value(QStringLiteral("filesByNoteKind")).toArray().size(), 5);
 }
 
 TEST_F(Inspector, AFolderWithoutDescriptionsSaysSo)

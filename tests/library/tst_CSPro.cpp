@@ -1143,7 +1143,7 @@ TEST(CSProNotes, DictionaryCarriedOverWholeGivesNoNotes)
 {
     expectNotes(notesOf(L({"[Dictionary]", "Name=D", "RecordTypeStart=1", "RecordTypeLen=1", "", "[Record]",
                            "Label=Person", "Name=PERSON", "RecordTypeValue='P'", "[Item]", "Label=Age", "Name=AGE",
-                           "Start=2", "Len=2", "[ValueSet]", "Name=AGE_VS1", "Value=0:97;Years", "Value=98;Old"})),
+                           "Start=2", "Len=2", "[ValueSet]", "Name=AGE_VS1", "Value=97;Years", "Value=98;Old"})),
                 {});
 }
 
@@ -1394,12 +1394,24 @@ TEST(CSProNotes, LinkedValueSetWithoutValuesIsNotedWhenAnEarlierSetHasThem)
                                                      "reading leaves it empty."))});
 }
 
+// The note on the names of a repeated item's copies.
+TReadNote occurrenceNames(int line, const char *item, int occurrences, const char *lastCode)
+{
+    const QString name = QString::fromLatin1(item);
+    return note(line, item, "occurrence-name-control",
+                QStringLiteral("Item %1 has %2 occurrences; the reading names their fields %1_ followed by the "
+                               "character of code 1 to %2 (U+0001 to U+%3), not %1_1 to %1_%2.")
+                    .arg(name)
+                    .arg(occurrences)
+                    .arg(QString::fromLatin1(lastCode)));
+}
+
 TEST(CSProNotes, ValueSetOfARepeatedFirstItemReachesOnlyItsLastCopy)
 {
     TCSPro d;
     const TReadNotes notes = notesOf(d, L({"[Item]", "Name=X", "Start=1", "Len=1", "Occurrences=3", "[ValueSet]",
                                            "Name=X_VS1", "Value=1;Yes"}));
-    expectNotes(notes, {note(6, "X", "occurrence-value-set",
+    expectNotes(notes, {occurrenceNames(5, "X", 3, "0003"), note(6, "X", "occurrence-value-set",
                              QStringLiteral("Item X is the dictionary's first item and has 3 occurrences; only its "
                                             "last copy gets value set X_VS1, the other 2 copies get none."))});
     EXPECT_FALSE(d.getItem(0)->getHasValueSet());
@@ -1411,7 +1423,7 @@ TEST(CSProNotes, RepeatedItemAfterTheFirstSharesItsValueSetWithoutNote)
 {
     expectNotes(notesOf(L({"[Item]", "Name=A", "Start=1", "Len=1", "[Item]", "Name=X", "Start=2", "Len=1",
                            "Occurrences=3", "[ValueSet]", "Name=X_VS1", "Value=1;Yes"})),
-                {});
+                {occurrenceNames(9, "X", 3, "0003")});
 }
 
 TEST(CSProNotes, OccurrencesPastTheLimitAreNotedBeforeTheError)
@@ -1445,7 +1457,7 @@ TEST(CSProNotes, CopiesPastTheBudgetAreNotedBeforeTheError)
         delete e;
     }
     expectNotes(d.getReadNotes(),
-                {note(8, "LAST", "limit-reached",
+                {occurrenceNames(4, "I0", 9999, "270F"), note(8, "LAST", "limit-reached",
                       QStringLiteral("Item LAST with 9999 occurrences would pass the 10000 copies of repeated items "
                                      "that this dictionary may expand to (10000 and one for every 100 characters "
                                      "of the file); the reading stops here with error 242."))});
@@ -1469,7 +1481,7 @@ TEST(CSProNotes, EveryHundredCharactersOfTheFileAllowOneCopyMore)
     lines << QStringLiteral("Label=") + QString(100, QLatin1Char('x'));
     EXPECT_FALSE(kxtest::catchKxError([&] { d.loadFromStr(&lines); }));
     EXPECT_EQ(d.getItemsCount(), 10001);
-    EXPECT_TRUE(d.getReadNotes().isEmpty());
+    expectNotes(d.getReadNotes(), {occurrenceNames(4, "I0", 9999, "270F"), occurrenceNames(8, "LAST", 2, "0002")});
 }
 
 TEST(CSProNotes, UndecodableBytesAreNotedWithTheirLine)

@@ -1089,62 +1089,89 @@ TReadNotes notesOfSample(const char *name)
 
 TEST(SampleNotes, CensusTextDictionary)
 {
-    // Every Name=MISSING,Special and Name=NOTAPPL,Special line of the sample, and
-    // LANDAREA's value set with the code 0.5 dropped by the No to All answer.
+    // Every Name=MISSING,Special and Name=NOTAPPL,Special line of the sample;
+    // LANDAREA's value set with the code 0.5 dropped by the No to All answer;
+    // each range line (Value=1:20, 1:30, 0:97, 1:12, 0:30, 0:97); the quoted
+    // codes of WALLS ('A', line 115) and OCCUP ('1120', line 326); ASSET's
+    // Occurrences=6 (line 142). A value set's special values are noted as its
+    // lines are read, the shape of its codes once it is attached.
     const char *special = "special-not-read";
+    const char *range = "range-split";
+    const char *quoted = "quoted-code-bent";
     expectNoteKinds(notesOfSample<TCSProDataImport>("census.dcf"),
-                    {{89, "DWELLING_VS1", special}, {103, "ROOMS_VS1", special},
-                     {167, "LANDAREA_VS1", "value-set-dropped"}, {227, "RELATION_VS1", special},
-                     {253, "AGE_VS1", special}, {280, "BIRTHMONTH_VS1", special}, {297, "MARITAL_VS1", special},
-                     {312, "SCHOOL_VS1", special}, {314, "SCHOOL_VS1", special}, {350, "CHILDREN_VS1", special},
-                     {352, "CHILDREN_VS1", special}, {393, "DAGE_VS1", special}, {409, "DCAUSE_VS1", special}});
+                    {{89, "DWELLING_VS1", special}, {103, "ROOMS_VS1", special}, {101, "ROOMS_VS1", range},
+                     {115, "WALLS_VS1", quoted}, {142, "ASSET", "occurrence-name-control"},
+                     {167, "LANDAREA_VS1", "value-set-dropped"}, {209, "PLINE_VS1", range},
+                     {227, "RELATION_VS1", special}, {253, "AGE_VS1", special}, {250, "AGE_VS1", range},
+                     {280, "BIRTHMONTH_VS1", special}, {278, "BIRTHMONTH_VS1", range}, {297, "MARITAL_VS1", special},
+                     {312, "SCHOOL_VS1", special}, {314, "SCHOOL_VS1", special}, {326, "OCCUP_VS1", quoted},
+                     {350, "CHILDREN_VS1", special}, {352, "CHILDREN_VS1", special}, {348, "CHILDREN_VS1", range},
+                     {393, "DAGE_VS1", special}, {390, "DAGE_VS1", range}, {409, "DCAUSE_VS1", special}});
 }
 
 TEST(SampleNotes, CensusJsonDictionary)
 {
     // The "special" values, the "range" pairs, ASSET's occurrence labels, the
     // items with "decimals" (noted once the item and its value set are read)
-    // and BIRTHDATE's two subitems, each read as an item.
+    // and BIRTHDATE's two subitems, each read as an item. The dictionary uses
+    // relative positions and its record items give no "start": each of the
+    // three records is laid out from column 1, where CSPro starts at 13.
     const char *special = "special-not-read";
     const char *range = "range-code";
     const char *subitem = "subitem-read-as-item";
+    const char *relative = "start-not-relative";
     expectNoteKinds(notesOfSample<TCSProJsonDataImport>("census.json"),
-                    {{0, "DWELLING_VS1", special}, {0, "ROOMS_VS1", range}, {0, "ROOMS_VS1", special},
+                    {{0, "HOUSING", relative}, {0, "DWELLING_VS1", special}, {0, "ROOMS_VS1", range}, {0, "ROOMS_VS1", special},
                      {0, "ASSET", "occurrence-labels-not-read"}, {0, "LANDAREA_VS1", range},
                      {0, "LANDAREA", "decimals-not-read"}, {0, "RENT", "decimals-not-read"},
-                     {0, "PLINE_VS1", range}, {0, "RELATION_VS1", special}, {0, "AGE_VS1", range},
+                     {0, "PERSON", relative}, {0, "PLINE_VS1", range}, {0, "RELATION_VS1", special}, {0, "AGE_VS1", range},
                      {0, "AGE_VS1", special}, {0, "BIRTHYEAR", subitem}, {0, "BIRTHMONTH_VS1", range},
                      {0, "BIRTHMONTH_VS1", special}, {0, "BIRTHMONTH", subitem}, {0, "MARITAL_VS1", special}, {0, "SCHOOL_VS1", special},
                      {0, "SCHOOL_VS1", special}, {0, "INCOME", "decimals-not-read"}, {0, "CHILDREN_VS1", range},
-                     {0, "CHILDREN_VS1", special}, {0, "CHILDREN_VS1", special}, {0, "DAGE_VS1", range},
+                     {0, "CHILDREN_VS1", special}, {0, "CHILDREN_VS1", special}, {0, "DEATH", relative},
+                     {0, "DAGE_VS1", range},
                      {0, "DAGE_VS1", special}, {0, "DCAUSE_VS1", special}});
 }
 
 TEST(SampleNotes, LanguagesDictionary)
 {
-    // The special values of AGE_VS1 (lines 87, 89, 91), noted before the value
-    // set is dropped for "Value=18:59 60 61:64" (line 83); ACTIVITY_VS1's
-    // MISSING line (107); ACTIVITY_YR_VS1, linked (Link=1, line 118) without
-    // values of its own.
+    // Every item label with a segment per language (CLUSTER, HHNO, REGION,
+    // LINE, AGE, ACTIVITY, ACTIVITY_YR); REGION_VS1's quoted codes ('N  ' at
+    // line 53), two of them padded, and its labels per language; the special
+    // values of AGE_VS1 (lines 87, 89, 91), noted before the value set is
+    // dropped for "Value=18:59 60 61:64" (line 83); ACTIVITY_VS1's labels per
+    // language (line 103) and its MISSING line (107); ACTIVITY_YR_VS1, linked
+    // (Link=1, line 118) without values of its own.
     const char *special = "special-not-read";
+    const char *languages = "language-labels-joined";
     expectNoteKinds(notesOfSample<TCSProDataImport>("languages.dcf"),
-                    {{87, "AGE_VS1", special}, {89, "AGE_VS1", special}, {91, "AGE_VS1", special},
-                     {83, "AGE_VS1", "value-set-dropped"}, {107, "ACTIVITY_VS1", special},
-                     {118, "ACTIVITY_YR_VS1", "linked-value-set-empty"}});
+                    {{22, "CLUSTER", languages}, {29, "HHNO", languages}, {44, "REGION", languages},
+                     {53, "REGION_VS1", "quoted-code-bent"}, {50, "REGION_VS1", "padded-code-split"},
+                     {53, "REGION_VS1", languages}, {66, "LINE", languages}, {73, "AGE", languages},
+                     {87, "AGE_VS1", special}, {89, "AGE_VS1", special}, {91, "AGE_VS1", special},
+                     {83, "AGE_VS1", "value-set-dropped"}, {94, "ACTIVITY", languages},
+                     {107, "ACTIVITY_VS1", special}, {103, "ACTIVITY_VS1", languages},
+                     {110, "ACTIVITY_YR", languages}, {118, "ACTIVITY_YR_VS1", "linked-value-set-empty"}});
 }
 
 TEST(SampleNotes, CensusRoundTwoDictionary)
 {
     // census.dcf's notes, at their new lines, without BIRTHMONTH (removed)
     // and SCHOOL's NOTAPPL line (dropped); LANDHA's value set with the code
-    // 0.5 (line 187) dropped by the No to All answer.
+    // 0.5 (line 187) dropped by the No to All answer; the new range of HHSIZE
+    // (line 206), the quoted codes of WATER (line 150) and ASSET's
+    // Occurrences=5 (line 163).
     const char *special = "special-not-read";
+    const char *range = "range-split";
+    const char *quoted = "quoted-code-bent";
     expectNoteKinds(notesOfSample<TCSProDataImport>("census-round2.dcf"),
-                    {{108, "DWELLING_VS1", special}, {122, "ROOMS_VS1", special},
-                     {187, "LANDHA_VS1", "value-set-dropped"}, {251, "RELATION_VS1", special},
-                     {277, "AGE_VS1", special}, {307, "MARSTAT_VS1", special}, {323, "SCHOOL_VS1", special},
-                     {358, "CHILDREN_VS1", special}, {360, "CHILDREN_VS1", special}, {416, "DAGE_VS1", special},
-                     {432, "DCAUSE_VS1", special}});
+                    {{108, "DWELLING_VS1", special}, {122, "ROOMS_VS1", special}, {120, "ROOMS_VS1", range},
+                     {134, "WALLS_VS1", quoted}, {150, "WATER_VS1", quoted}, {163, "ASSET", "occurrence-name-control"},
+                     {187, "LANDHA_VS1", "value-set-dropped"}, {206, "HHSIZE_VS1", range}, {233, "PLINE_VS1", range},
+                     {251, "RELATION_VS1", special}, {277, "AGE_VS1", special}, {274, "AGE_VS1", range},
+                     {307, "MARSTAT_VS1", special}, {323, "SCHOOL_VS1", special}, {335, "OCCUP_VS1", quoted},
+                     {358, "CHILDREN_VS1", special}, {360, "CHILDREN_VS1", special}, {356, "CHILDREN_VS1", range},
+                     {416, "DAGE_VS1", special}, {413, "DAGE_VS1", range}, {432, "DCAUSE_VS1", special}});
 }
 
 TEST(SampleNotes, LabourNotesDictionaryShowsSeveralKinds)
@@ -1152,6 +1179,7 @@ TEST(SampleNotes, LabourNotesDictionaryShowsSeveralKinds)
     expectNoteKinds(notesOfSample<TCSProDataImport>("labour-notes.dcf"),
                     {{32, "PNAME", "key-from-other-line"},
                      {50, "AGE_VS1", "special-not-read"},
+                     {47, "AGE_VS1", "range-split"},
                      {61, "HOURS_VS1", "value-set-dropped"},
                      {87, "ACTSEC_VS1", "linked-value-set-empty"},
                      {99, "PLOTAREA_VS1", "value-set-dropped"}});
@@ -1162,7 +1190,7 @@ TEST(SampleNotes, NotesAreEmptiedWhenTheNextOpenFileStarts)
     TCSProDataImport importer(kxtest::samplePath(QStringLiteral("labour-notes.dcf")));
     importer.setDecimalChoice(TDecimalChoice::NoToAll);
     importer.openFile();
-    EXPECT_EQ(importer.getReadNotes().size(), 5);
+    EXPECT_EQ(importer.getReadNotes().size(), 6);
     importer.openFile();
-    EXPECT_EQ(importer.getReadNotes().size(), 5);
+    EXPECT_EQ(importer.getReadNotes().size(), 6);
 }

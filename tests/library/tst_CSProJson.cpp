@@ -691,11 +691,20 @@ TReadNotes notesOfJson(const QByteArray &json)
 
 } // namespace
 
+// The dictionaries of withRecords() give the record type no length.
+TReadNote noRecordType()
+{
+    return kxtest::fileNote("D", "group-not-set",
+                            "The dictionary gives the record type no length: CSPro still knows the record of every "
+                            "item, but the reading gives no field a group, the identification items included.");
+}
+
 TEST(CSProJsonNotes, DictionaryCarriedOverWholeGivesNoNotes)
 {
     expectNotes(notesOfJson(withRecords(R"({"name":"P","recordType":"P","items":[
-        {"name":"AGE","length":2,"valueSets":[{"name":"AGE_VS1","values":[
-            {"labels":[{"text":"One"}],"pairs":[{"value":"1"}]}]}]}]})")),
+        {"name":"AGE","start":2,"length":2,"valueSets":[{"name":"AGE_VS1","values":[
+            {"labels":[{"text":"One"}],"pairs":[{"value":"1"}]}]}]}]})",
+                                        R"("recordType":{"start":1,"length":1},)")),
                 {});
 }
 
@@ -704,7 +713,7 @@ TEST(CSProJsonNotes, DecimalsOfAnItemAreNotRead)
     expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
         {"name":"AREA","length":5,"decimals":2},{"name":"RATE","length":3,"decimals":1},
         {"name":"N","length":1,"decimals":0}]})")),
-                {fileNote("AREA", "decimals-not-read", "Item AREA has 2 decimals; the reading kept no number of decimals."),
+                {noRecordType(), fileNote("AREA", "decimals-not-read", "Item AREA has 2 decimals; the reading kept no number of decimals."),
                  fileNote("RATE", "decimals-not-read", "Item RATE has 1 decimal; the reading kept no number of decimals.")});
 }
 
@@ -716,7 +725,7 @@ TEST(CSProJsonNotes, SubitemIsReadAsAnItemOfItsOwn)
     loadJson(d, withRecords(R"({"name":"P","items":[{"name":"DATE","length":8},
         {"name":"YEAR","subitem":true,"subitemOffset":0,"length":4}]})"));
     expectNotes(d.getReadNotes(),
-                {fileNote("YEAR", "subitem-read-as-item",
+                {noRecordType(), fileNote("YEAR", "subitem-read-as-item",
                           "Item YEAR is a subitem; the reading made it an item of its own at column 9 (its offset 0 "
                           "within its parent is not read).")});
     ASSERT_EQ(d.getItemsCount(), 2);
@@ -728,7 +737,7 @@ TEST(CSProJsonNotes, SubitemWithoutAnOffsetIsNotedWithoutOne)
 {
     expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"DATE","length":8},
         {"name":"YEAR","subitem":true,"length":4},{"name":"MONTH","subitem":false,"length":2}]})")),
-                {fileNote("YEAR", "subitem-read-as-item",
+                {noRecordType(), fileNote("YEAR", "subitem-read-as-item",
                           "Item YEAR is a subitem; the reading made it an item of its own at column 9.")});
 }
 
@@ -737,7 +746,7 @@ TEST(CSProJsonNotes, LinkWrittenAsANumberIsNamedAsTheNumber)
     expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
         {"name":"ACT1","length":1,"valueSets":[{"name":"ACT_VS1","link":3,"values":[{"pairs":[{"value":"1"}]}]}]},
         {"name":"ACT2","length":1,"valueSets":[{"name":"ACT_VS2","link":3}]}]})")),
-                {fileNote("ACT_VS2", "linked-value-set-empty",
+                {noRecordType(), fileNote("ACT_VS2", "linked-value-set-empty",
                           "Value set ACT_VS2 has no values of its own: CSPro fills it from value set ACT_VS1, which "
                           "has the same link 3; the reading leaves it empty.")});
 }
@@ -746,7 +755,7 @@ TEST(CSProJsonNotes, RangeIsKeptAsOneCode)
 {
     expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"AGE","length":2,"valueSets":[
         {"name":"AGE_VS1","values":[{"pairs":[{"range":["0","97"]}]},{"pairs":[{"value":"98"}]}]}]}]})")),
-                {fileNote("AGE_VS1", "range-code",
+                {noRecordType(), fileNote("AGE_VS1", "range-code",
                           "Value set AGE_VS1: the range 0 to 97 is kept as the one code '0:97', which reads as the "
                           "number 0 for bounds.")});
 }
@@ -758,7 +767,7 @@ TEST(CSProJsonNotes, SpecialValuesAreKeptAsOrdinaryCodes)
         {"name":"AGE_VS1","values":[{"pairs":[{"value":"998"}],"special":"NOTAPPL"},
                                     {"pairs":[{"value":"999"}],"special":"MISSING"}]}]}]})"));
     expectNotes(d.getReadNotes(),
-                {fileNote("AGE_VS1", "special-not-read",
+                {noRecordType(), fileNote("AGE_VS1", "special-not-read",
                           "Value set AGE_VS1: the code '998' is the special value NOTAPPL in CSPro; the reading kept "
                           "it as an ordinary code."),
                  fileNote("AGE_VS1", "special-not-read",
@@ -774,7 +783,7 @@ TEST(CSProJsonNotes, LinkedValueSetWithoutValuesIsNoted)
         {"name":"ACT1","length":1,"valueSets":[{"name":"ACT_VS1","link":"3","values":[{"pairs":[{"value":"1"}]}]}]},
         {"name":"ACT2","length":1,"valueSets":[{"name":"ACT_VS2","link":"3"}]},
         {"name":"ACT3","length":1,"valueSets":[{"name":"ACT_VS3","link":"4"}]}]})")),
-                {fileNote("ACT_VS2", "linked-value-set-empty",
+                {noRecordType(), fileNote("ACT_VS2", "linked-value-set-empty",
                           "Value set ACT_VS2 has no values of its own: CSPro fills it from value set ACT_VS1, which "
                           "has the same link 3; the reading leaves it empty.")});
 }
@@ -785,7 +794,7 @@ TEST(CSProJsonNotes, OccurrenceLabelsOfItemsAndRecordsAreNotRead)
         "labels":[{"occurrence":1,"labels":[{"text":"First"}]},{"occurrence":2,"labels":[{"text":"Second"}]}]},
         "items":[{"name":"DAY","length":1,"occurrences":{"maximum":7,"labels":[
             {"occurrence":1,"labels":[{"text":"Monday"}]}]}}]})")),
-                {fileNote("P", "occurrence-labels-not-read", "Record P has 2 occurrence labels; the reading does not keep them."),
+                {noRecordType(), fileNote("P", "occurrence-labels-not-read", "Record P has 2 occurrence labels; the reading does not keep them."),
                  fileNote("DAY", "occurrence-labels-not-read",
                           "Item DAY has 1 occurrence labels; the reading does not keep them.")});
 }
@@ -794,7 +803,7 @@ TEST(CSProJsonNotes, OccurrenceLabelsThatAreNoListOrAnEmptyListAreNotNoted)
 {
     expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"maximum":2,"labels":{"text":"First"}},
         "items":[{"name":"DAY","length":1,"occurrences":{"maximum":7,"labels":[]}}]})")),
-                {});
+                {noRecordType()});
 }
 
 TEST(CSProJsonNotes, ValueSetWithoutALinkBesideLinkedOnesIsNotNoted)
@@ -802,14 +811,14 @@ TEST(CSProJsonNotes, ValueSetWithoutALinkBesideLinkedOnesIsNotNoted)
     expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
         {"name":"ACT1","length":1,"valueSets":[{"name":"ACT_VS1","link":"3","values":[{"pairs":[{"value":"1"}]}]}]},
         {"name":"ACT2","length":1,"valueSets":[{"name":"ACT_VS2"}]}]})")),
-                {});
+                {noRecordType()});
 }
 
 TEST(CSProJsonNotes, ValueSetsAfterTheFirstAreNotedAsDropped)
 {
     expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"AGE","length":2,"valueSets":[
         {"name":"AGE_VS1","values":[{"pairs":[{"value":"1"}]}]},{"name":"AGE_VS2","values":[]}]}]})")),
-                {fileNote("AGE_VS2", "value-set-dropped",
+                {noRecordType(), fileNote("AGE_VS2", "value-set-dropped",
                           "Value set AGE_VS2 dropped: item AGE has 2 value sets, and only the first, AGE_VS1, is read.")});
 }
 
@@ -819,7 +828,7 @@ TEST(CSProJsonNotes, OccurrencesPastTheLimitAreClippedAndNoted)
     loadJson(d, withRecords(R"({"name":"P","items":[{"name":"X","length":1,"occurrences":{"maximum":10000}}]})"));
     EXPECT_EQ(d.getItemsCount(), 9999);
     expectNotes(d.getReadNotes(),
-                {fileNote("X", "limit-reached", "Item X has 10000 occurrences; the reading made only the first 9999.")});
+                {noRecordType(), fileNote("X", "limit-reached", "Item X has 10000 occurrences; the reading made only the first 9999.")});
 }
 
 TEST(CSProJsonNotes, EachCopyOfARepeatedItemGetsItsOwnValueSet)
@@ -834,7 +843,7 @@ TEST(CSProJsonNotes, EachCopyOfARepeatedItemGetsItsOwnValueSet)
     }
     EXPECT_NE(d.getItem(0)->getValueSet(0), d.getItem(1)->getValueSet(0));
     EXPECT_NE(d.getItem(1)->getValueSet(0), d.getItem(2)->getValueSet(0));
-    EXPECT_TRUE(d.getReadNotes().isEmpty());
+    expectNotes(d.getReadNotes(), {noRecordType()});
 }
 
 TEST(CSProJsonNotes, CopiesPastTheCopyBudgetAreNotMadeAndNoted)
@@ -850,7 +859,7 @@ TEST(CSProJsonNotes, CopiesPastTheCopyBudgetAreNotMadeAndNoted)
     ASSERT_EQ(d.getItemsCount(), budget);
     EXPECT_EQ(d.getItem(budget - 1)->name, QStringLiteral("Y_%1").arg(budget - 9999));
     expectNotes(d.getReadNotes(),
-                {TReadNote(0, QStringLiteral("Y"), QStringLiteral("limit-reached"),
+                {noRecordType(), TReadNote(0, QStringLiteral("Y"), QStringLiteral("limit-reached"),
                            QStringLiteral("Item Y: the reading stopped making its copies at copy %1, as the "
                                           "dictionary made the %2 copies of repeated items it may expand to (10000 "
                                           "and one for every 100 bytes of the file).")
@@ -874,7 +883,7 @@ TEST(CSProJsonNotes, CopiesShareTheFirstValueSetOncePastTheEntryBudget)
     EXPECT_EQ(d.getItem(2999)->getValueSet(0), d.getItem(0)->getValueSet(0));
     EXPECT_EQ(d.getItem(2999)->getValueSet(0)->getCount(), 100);
     expectNotes(d.getReadNotes(),
-                {fileNote("X", "limit-reached",
+                {noRecordType(), fileNote("X", "limit-reached",
                           "Value sets of repeated items passed 250000 entries in all: from copy 2501 of item X on, the "
                           "copies share the value set of their first copy.")});
 }

@@ -169,10 +169,12 @@ TEST(FuzzRegressionCSProJson, CopiesStopAtTheCopyBudget)
     ASSERT_EQ(d.getItemsCount(), budget);
     EXPECT_EQ(d.getItem(9998)->name, QStringLiteral("A0_9999"));
     EXPECT_EQ(d.getItem(int(budget) - 1)->name, QStringLiteral("A1_%1").arg(budget - 9999));
-    // One note for each item that lost copies: A1 from its copy after the
+    // The file gives no record type, which the first note says; then one
+    // note for each item that lost copies: A1 from its copy after the
     // budget, A2 to A29 from their first.
-    const TReadNotes notes = d.getReadNotes();
-    ASSERT_EQ(notes.size(), 29);
+    TReadNotes notes = d.getReadNotes();
+    ASSERT_EQ(notes.size(), 30);
+    EXPECT_EQ(notes.takeFirst().getKind(), QStringLiteral("group-not-set"));
     for (int i = 0; i < notes.size(); ++i) {
         EXPECT_EQ(notes.at(i).getKind(), QStringLiteral("limit-reached"));
         EXPECT_EQ(notes.at(i).getSubject(), QStringLiteral("A%1").arg(i + 1));
