@@ -1,0 +1,32 @@
+<?php
+// CSWeb's CSPro text dictionary parser (csprousers/csweb,
+// src/AppBundle/CSPro/Dictionary/Parser.php) parses a dictionary; prints its
+// item count.
+//
+//     php csweb-count.php FILE.dcf
+//
+// The parser's classes are loaded from $KX_PEERS_DIR/csweb/src (see setup.sh)
+// by a small autoloader instead of CSWeb's Composer set-up (Symfony and the
+// rest are not needed to parse). The file is read whole and passed to
+// Parser::parseDictionary(), as CSWeb's DictionaryHelper does; the count is
+// the id items plus the items of every record of every level.
+$peers = getenv('KX_PEERS_DIR') ?: '/tmp/kx-peers';
+$root = "$peers/csweb/src/src/";
+spl_autoload_register(function ($class) use ($root) {
+    $file = $root . str_replace('\\', '/', $class) . '.php';
+    if (is_file($file)) {
+        require $file;
+    }
+});
+ini_set('memory_limit', '-1');
+
+$parser = new AppBundle\CSPro\Dictionary\Parser();
+$dict = $parser->parseDictionary(file_get_contents($argv[1]));
+$count = 0;
+foreach ($dict->getLevels() as $level) {
+    $count += count($level->getIdItems() ?? []);
+    foreach ($level->getRecords() as $record) {
+        $count += count($record->getItems());
+    }
+}
+echo $count, "\n";

@@ -1,0 +1,142 @@
+#!/usr/bin/env bash
+# Times other open-source CSPro dictionary readers ("peers") and
+# keladmin-inspect side by side on the same generated CSPro text dictionaries,
+# whole process each, with hyperfine.
+#
+#   bench/peers/run.sh BUILD_DIR
+#
+# Run bench/peers/setup.sh first. BUILD_DIR holds tools/keladmin-inspect
+# (a Release build). Environment:
+#   KX_PEERS_DIR    the peers, as setup.sh left them (default /tmp/kx-peers)
+#   KX_SIZES        item counts of the dictionaries (default "1000 10000 100000")
+#   KX_WARMUP, KX_RUNS  hyperfine's --warmup and --runs (default 2 and 5)
+#   KX_RESULTS_DIR  where hyperfine's JSON exports are kept
+#                   (default /tmp/kx-peers-results)
+#   KX_COMMIT       the commit BUILD_DIR was built from, for the table's
+#                   heading (default: this repository's HEAD, marked "+
+#                   uncommitted changes" when tracked files differ from it)
+#
+# The dictionaries are written into a temporary folder, removed at the end.
+# Before timing, every peer parses every dictionary once and must print the
+# dictionary's real number of [Item] sections; a peer that does not is left
+# out of the timing, with a message. The table is printed in Markdown.
+set -euo pipefail
+
+build="${1:?usage: $0 BUILD_DIR}"
+here="$(cd "$(dirname "$0")" && pwd)"
+repo="$(cd "$here/../.." && pwd)"
+inspect="$build/tools/keladmin-inspect"
+cache="${KX_PEERS_DIR:-/tmp/kx-peers}"
+sizes="${KX_SIZES:-1000 10000 100000}"
+warmup="${KX_WARMUP:-2}"
+runs="${KX_RUNS:-5}"
+results="${KX_RESULTS_DIR:-/tmp/kx-peers-results}"
+export KX_PEERS_DIR="$cache"
+
+[ -x "$inspect" ] || { echo "$0: no $inspect (build the keladmin-inspect target first)" >&2; exit 2; }
+for tool in hyperfine python3; do
+    command -v "$tool" >/dev/null || { echo "$0: $tool is missing (bench/peers/setup.sh installs it)" >&2; exit 2; }
+done
+
+# name|command (the dictionary's path is appended)|what must exist
+candidates=(
+    "pycspro|/usr/bin/python3 $here/pycspro-count.py|$cache/pycspro/src/pycspro/DictionaryParser.py"
+    "CSWeb (PHP)|php $here/csweb-count.php|$cache/csweb/src/src/AppBundle/CSPro/Dictionary/Parser.php"
+    "CSPro2sql (Java)|java -cp $cache/cspro2sql/classes CSPro2sqlCount|$cache/cspro2sql/classes/CSPro2sqlCount.class"
+    "DHS-To-Database|/usr/bin/python3 $here/dhs-to-database-count.py|$cache/dhs-to-database/src/DHS_To_Database/cspro_parser/DCF_Parser.py"
+    "rdhs (R)|Rscript $here/rdhs-count.R|$cache/rdhs/src/R/read_dhs_flat.R"
+    "CSPro.NET (C#, Mono)|mono $cache/cspro-net/CSProNetCount.exe|$cache/cspro-net/CSProNetCount.exe"
+)
+ours=(
+    "keladmin-inspect --codebook --json|$inspect --codebook --json"
+    "keladmin-inspect --json|$inspect --json"
+)
+
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+mkdir -p "$results"
+# shellcheck disable=SC2086
+python3 "$here/make-dictionaries.py" "$work" $sizes
+
+peers=()
+for c in "${candidates[@]}"; do
+    IFS='|' read -r name cmd needs <<<"$c"
+    if [ ! -e "$needs" ]; then
+        echo "run: SKIP $name: $needs is missing (run bench/peers/setup.sh)" >&2
+        continue
+    fi
+    ok=1
+    for n in $sizes; do
+        want="$(grep -c '^\[Item\]' "$work/dict-$n.dcf")"
+        got="$($cmd "$work/dict-$n.dcf" 2>"$work/stderr" | tail -n 1)" || true
+        if [ "$got" != "$want" ]; then
+            echo "run: SKIP $name: printed '$got' items for dict-$n.dcf, which has $want" >&2
+            sed 's/^/    /' "$work/stderr" | tail -n 5 >&2
+            ok=0
+            break
+        fi
+    done
+    if [ "$ok" = 1 ]; then
+        echo "run: $name counts the items right" >&2
+        peers+=("$name|$cmd")
+    fi
+done
+for n in $sizes; do
+    want="$(grep -c '^\[Item\]' "$work/dict-$n.dcf")"
+    got="$("$inspect" --json "$work/dict-$n.dcf" | python3 -c 'import json,sys; print(len(json.load(sys.stdin)["fields"]))')"
+    [ "$got" = "$want" ] || { echo "$0: keladmin-inspect read $got items of $want in dict-$n.dcf" >&2; exit 1; }
+done
+
+for n in $sizes; do
+    args=()
+    for p in "${peers[@]}" "${ours[@]}"; do
+        IFS='|' read -r name cmd <<<"$p"
+        args+=(--command-name "$name" "$cmd $work/dict-$n.dcf")
+    done
+    echo "run: timing dict-$n.dcf ($(du -h "$work/dict-$n.dcf" | cut -f1))" >&2
+    hyperfine -N --style none --warmup "$warmup" --runs "$runs" \
+        --export-json "$results/peers-$n.json" "${args[@]}" >/dev/null
+done
+
+commit="${KX_COMMIT:-$(git -C "$repo" rev-parse --short HEAD 2>/dev/null || echo unknown)}"
+if [ -z "${KX_COMMIT:-}" ] && [ -n "$(git -C "$repo" status --porcelain --untracked-files=no 2>/dev/null)" ]; then
+    commit="$commit + uncommitted changes"
+fi
+echo
+echo "Measured $(date -u '+%Y-%m-%d %H:%M UTC') at commit $commit," \
+     "$(nproc) CPUs ($(lscpu | sed -n 's/^Model name: *//p' | head -n 1)), hyperfine --warmup $warmup --runs $runs," \
+     "whole process, mean ± standard deviation:"
+echo
+python3 - "$results" $sizes <<'EOF'
+import json, sys
+folder, sizes = sys.argv[1], [int(s) for s in sys.argv[2:]]
+table = {}  # name -> {size: (mean, stddev)}
+order = []
+for n in sizes:
+    with open(f"{folder}/peers-{n}.json") as f:
+        for r in json.load(f)["results"]:
+            if r["command"] not in table:
+                order.append(r["command"])
+                table[r["command"]] = {}
+            table[r["command"]][n] = (r["mean"], r["stddev"] or 0.0)
+
+def fmt(mean, sd):
+    return f"{mean * 1e3:.0f} ± {sd * 1e3:.0f} ms" if mean < 1 else f"{mean:.2f} ± {sd:.2f} s"
+
+ours = [c for c in order if c.startswith("keladmin-inspect")]
+peers = [c for c in order if c not in ours]
+print("| Reader | " + " | ".join(f"{n:,} items" for n in sizes) + " |")
+print("|---|" + "---|" * len(sizes))
+for c in peers + ours:
+    name = f"**{c}**" if c in ours else c
+    print(f"| {name} | " + " | ".join(fmt(*table[c][n]) for n in sizes) + " |")
+for mine in ours:
+    cells = []
+    for n in sizes:
+        if not peers:
+            cells.append("–")
+            continue
+        best = min(peers, key=lambda c: table[c][n][0])
+        cells.append(f"{table[best][n][0] / table[mine][n][0]:.1f} ({best})")
+    print(f"| fastest peer / `{mine[len('keladmin-inspect '):]}` | " + " | ".join(cells) + " |")
+EOF
