@@ -112,6 +112,7 @@ void TCSPro::loadFromFile(QString path)
             if (lines.constLast().contains(QChar::ReplacementCharacter))
                 notes->noteUndecodableLine(lines.size(), lines.constLast());
         }
+        notes->noteCarriageReturns(file, lines);
     }
     loadFromStr(&lines);
 }
@@ -521,6 +522,7 @@ void TCSPro::readSpecialValue(const QString &line, TValueSetItem *pending, const
     const int comma = rest.indexOf(COMMACHR);
     if (comma <= 0) {
         pending->type = 0;
+        notes->noteSpecialValue(line, pending, valueSet);
         return;
     }
     // The keyword loses its last character and the flag keeps the

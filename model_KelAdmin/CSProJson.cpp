@@ -9,6 +9,7 @@
 #include <QJsonValue>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <limits>
 #include <string_view>
@@ -161,16 +162,11 @@ void TCSProJson::readIdItems(const QJsonArray &levels, const ItemDefaults &defau
         if (!idItems.isArray())
             continue;
         int position = 1;
-        bool startsComputed = false;
+        parentKept = false;
         for (const QJsonValue &itemValue : idItems.toArray()) {
             if (!itemValue.isObject())
                 continue;
-            if (defaults.relativePositions && !startsComputed && recordTypeLen > 0 && recordTypeStart == 1
-                && !itemValue.toObject().contains(QStringLiteral("start"))) {
-                startsComputed = true;
-                noteStartsFromColumnOne(name, QStringLiteral("The identification items of a level"),
-                                        recordTypeStart + recordTypeLen);
-            }
+            noteMalformedItem(itemValue.toObject(), true, defaults.relativePositions);
             const QJsonObject item = completeItem(itemValue.toObject(), defaults.relativePositions, position,
                                                   defaults.decimalMark, defaults.zeroFill);
             readItem(item, commonRecord, position, defaults.relativePositions, defaults.decimalMark,
@@ -201,6 +197,7 @@ void TCSProJson::readRecord(const QJsonObject &jsonRecord, const ItemDefaults &d
         record->required = QStringLiteral("NO");
     }
 
+    noteMalformedRecord(jsonRecord);
     records->append(record);
     currentRecord = record;
     if (!record->recordTypeValue.isEmpty())
@@ -212,9 +209,11 @@ void TCSProJson::readRecord(const QJsonObject &jsonRecord, const ItemDefaults &d
         return;
     bool startsComputed = false;
     parentOccurrences = 1;
+    parentKept = false;
     for (const QJsonValue &itemValue : itemsValue.toArray()) {
         if (!itemValue.isObject())
             continue;
+        noteMalformedItem(itemValue.toObject(), false, defaults.relativePositions);
         if (defaults.relativePositions && !startsComputed && !itemValue.toObject().contains(QStringLiteral("start"))) {
             startsComputed = true;
             const int cspro = firstRecordColumn();
@@ -443,6 +442,8 @@ TValueSetItem *TCSProJson::readValue(const QJsonObject &jsonValue, const QString
                                      range.toArray().at(1).toString(), code));
         }
     }
+    if (withNotes)
+        noteValueCodes(jsonValue, valueSetName);
     if (withNotes && noteKeys.special && jsonValue.contains(QStringLiteral("special")))
         addReadNote(0, valueSetName, TReadNoteKind::SpecialNotRead,
                     QStringLiteral("Value set %1: the code '%2' is the special value %3 in CSPro; the reading "
@@ -534,6 +535,135 @@ int TCSProJson::firstRecordColumn() const
             last = std::max(last, qint64(item->start) + std::max(item->len, 0) - 1);
     }
     return clampToInt(last + 1);
+}
+
+namespace {
+
+bool isWhole(const QJsonValue &value, double min, double max)
+{
+    const double d = value.toDouble(-1);
+    return value.isDouble() && d >= min && d <= max && std::floor(d) == d;
+}
+
+bool isCodeText(const QJsonValue &value)
+{
+    return value.isString() || value.isDouble();
+}
+
+const QStringList &contentTypes()
+{
+    static const QStringList types{QStringLiteral("numeric"),  QStringLiteral("alpha"),    QStringLiteral("audio"),
+                                   QStringLiteral("document"), QStringLiteral("geometry"), QStringLiteral("image")};
+    return types;
+}
+
+bool isBinaryContent(const QString &contentType)
+{
+    return contentTypes().indexOf(contentType.toLower()) >= 2;
+}
+
+// Why CSPro skips a pair: empty when it reads it.
+QString malformedPair(const QJsonValue &pair)
+{
+    const QJsonObject object = pair.toObject();
+    if (object.contains(QStringLiteral("value")))
+        return isCodeText(object.value(QStringLiteral("value"))) ? QString()
+                                                                  : QStringLiteral("a \"value\" that is no text");
+    const QJsonArray range = object.value(QStringLiteral("range")).toArray();
+    if (range.size() == 2 && isCodeText(range.at(0)) && isCodeText(range.at(1)))
+        return QString();
+    return QStringLiteral("a pair with neither a \"value\" nor a \"range\" of two codes");
+}
+
+} // namespace
+
+bool TCSProJson::noteMalformedItem(const QJsonObject &item, bool isId, bool relativePositions)
+{
+    // The rules of CSPro's JSON reading: a malformed item is skipped, and so
+    // are the subitems of a skipped item.
+    QStringList why;
+    const QJsonValue nameValue = item.value(QStringLiteral("name"));
+    const QString contentType = item.value(QStringLiteral("contentType")).toString(QStringLiteral("numeric"));
+    const bool typeKnown = contentTypes().contains(contentType.toLower());
+    const bool binary = typeKnown && isBinaryContent(contentType);
+    const bool subitem = !binary && noteKeys.subitem && item.value(QStringLiteral("subitem")).toBool(false);
+    if (!nameValue.isString() || nameValue.toString().isEmpty())
+        why << QStringLiteral("it has no name");
+    if (!typeKnown)
+        why << QStringLiteral("its content type '%1' is none of CSPro's").arg(contentType);
+    if (!binary && !isWhole(item.value(QStringLiteral("length")), 1, 100000))
+        why << QStringLiteral("its \"length\" is no whole number from 1 to 100000");
+    const QJsonValue occurrences = item.value(QStringLiteral("occurrences"));
+    if (!occurrences.isUndefined() && !isWhole(occurrences.toObject().value(QStringLiteral("maximum")), 1, 9999))
+        why << QStringLiteral("its \"occurrences\" give no \"maximum\" from 1 to 9999");
+    if (!binary && !item.value(QStringLiteral("decimals")).isUndefined()
+        && !isWhole(item.value(QStringLiteral("decimals")), 0, 15))
+        why << QStringLiteral("its \"decimals\" are no whole number from 0 to 15");
+    const QJsonValue start = item.value(QStringLiteral("start"));
+    if (!start.isUndefined() && !isWhole(start, 1, 1000000000))
+        why << QStringLiteral("its \"start\" is no whole number from 1 to 1000000000");
+    if (start.isUndefined() && (isId || !relativePositions))
+        why << QStringLiteral("it gives no \"start\", which %1 must")
+                   .arg(isId ? QStringLiteral("an identification item") : QStringLiteral("an item of an absolute dictionary"));
+    if (subitem && !parentKept)
+        why << QStringLiteral("it is a subitem without a parent that CSPro keeps");
+    if (!subitem)
+        parentKept = why.isEmpty();
+    if (why.isEmpty())
+        return true;
+    const QString name = nameValue.toString();
+    addReadNote(0, name, TReadNoteKind::MalformedItemKept,
+                QStringLiteral("CSPro skips item %1 as malformed: %2; the reading keeps it.")
+                    .arg(name, why.join(QStringLiteral(", "))));
+    return false;
+}
+
+void TCSProJson::noteMalformedRecord(const QJsonObject &record)
+{
+    QStringList why;
+    const QJsonValue nameValue = record.value(QStringLiteral("name"));
+    if (!nameValue.isString() || nameValue.toString().isEmpty())
+        why << QStringLiteral("it has no name");
+    const QJsonValue type = record.value(QStringLiteral("recordType"));
+    if (!type.isUndefined() && !isCodeText(type))
+        why << QStringLiteral("its \"recordType\" is no text");
+    const QJsonObject occurrences = record.value(QStringLiteral("occurrences")).toObject();
+    if (!occurrences.value(QStringLiteral("required")).isBool())
+        why << QStringLiteral("its \"occurrences\" give no \"required\"");
+    if (!isWhole(occurrences.value(QStringLiteral("maximum")), 1, 9999))
+        why << QStringLiteral("its \"occurrences\" give no \"maximum\" from 1 to 9999");
+    if (why.isEmpty())
+        return;
+    const QString name = nameValue.toString();
+    addReadNote(0, name, TReadNoteKind::MalformedItemKept,
+                QStringLiteral("CSPro skips record %1 and its items as malformed: %2; the reading keeps them.")
+                    .arg(name, why.join(QStringLiteral(", "))));
+}
+
+void TCSProJson::noteValueCodes(const QJsonObject &jsonValue, const QString &valueSetName)
+{
+    const QJsonArray pairs = jsonValue.value(QStringLiteral("pairs")).toArray();
+    const QString label = readLabel(jsonValue);
+    QString why = pairs.isEmpty() ? QStringLiteral("it has no pairs") : QString();
+    for (int i = 0; i < pairs.size() && why.isEmpty(); ++i)
+        why = malformedPair(pairs.at(i));
+    if (!why.isEmpty()) {
+        addReadNote(0, valueSetName, TReadNoteKind::MalformedValueKept,
+                    QStringLiteral("Value set %1: CSPro skips the value '%2' as malformed (%3); the reading keeps "
+                                   "it.")
+                        .arg(valueSetName, label, why));
+        return;
+    }
+    const QJsonObject first = pairs.first().toObject();
+    const QJsonArray range = first.value(QStringLiteral("range")).toArray();
+    const bool number = first.contains(QStringLiteral("value"))
+        ? first.value(QStringLiteral("value")).isDouble()
+        : range.at(0).isDouble() || range.at(1).isDouble();
+    if (number)
+        addReadNote(0, valueSetName, TReadNoteKind::NumericCodeNotRead,
+                    QStringLiteral("Value set %1: the value '%2' writes its code as a JSON number, which CSPro reads "
+                                   "as text; the reading makes it an empty code.")
+                        .arg(valueSetName, label));
 }
 
 void TCSProJson::noteStartsFromColumnOne(const QString &subject, const QString &what, int cspro)

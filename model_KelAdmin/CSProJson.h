@@ -73,6 +73,10 @@ private:
     void noteNumber(const QJsonObject &object, const QString &key, const QString &itemName, int kept);
     void noteSubitem(const QJsonObject &jsonItem, const QString &itemName);
     void noteCodes(const TCSProItem &item);
+    //! Notes \a jsonItem when CSPro skips it as malformed; false then.
+    bool noteMalformedItem(const QJsonObject &jsonItem, bool isId, bool relativePositions);
+    void noteMalformedRecord(const QJsonObject &jsonRecord);
+    void noteValueCodes(const QJsonObject &jsonValue, const QString &valueSetName);
     //! The first column after the record type and every identification item, where CSPro lays out record items.
     int firstRecordColumn() const;
 
@@ -88,6 +92,7 @@ private:
     bool valueSetBudgetNoted = false;
     // The last item that is not a subitem: the parent of the subitems after it.
     QString parentName;
+    bool parentKept = false;  // CSPro kept the parent: its subitems may be kept too
     int parentOccurrences = 1;
     int parentLength = 0;
 };

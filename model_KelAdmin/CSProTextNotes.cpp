@@ -4,6 +4,11 @@
 #include "KxConstants.h"
 #include "ReadNote.h"
 
+#include <QFile>
+
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 // The special values CSPro knows; a Name line naming one marks its code.
@@ -229,6 +234,37 @@ void TCSProTextNotes::noteUndecodableLine(int line, const QString &text)
                                "character (U+FFFD) in their place: '%2'.")
                     .arg(line)
                     .arg(text.trimmed()));
+}
+
+void TCSProTextNotes::noteCarriageReturns(QFile &file, const QStringList &linesRead)
+{
+    // The bytes are mapped, not read again: a file without a lone carriage
+    // return costs one pass of memchr.
+    const qint64 size = file.size();
+    const uchar *bytes = size > 0 ? file.map(0, size) : nullptr;
+    if (!bytes)
+        return;
+    const char *begin = reinterpret_cast<const char *>(bytes);
+    const char *end = begin + size;
+    const char *counted = begin;
+    int line = 1;
+    int lastNoted = 0;
+    for (const char *cr = begin; (cr = static_cast<const char *>(memchr(cr, '\r', size_t(end - cr)))); ++cr) {
+        if (cr + 1 < end && cr[1] == '\n')
+            continue;
+        line += int(std::count(counted, cr, '\n'));
+        counted = cr;
+        if (line == lastNoted || line > linesRead.size())
+            continue;
+        lastNoted = line;
+        const QString text = linesRead.at(line - 1).trimmed();
+        q.addReadNote(line, text, TReadNoteKind::CarriageReturnDropped,
+                      QStringLiteral("Line %1 holds a carriage return that does not end it; the reading drops it: "
+                                     "'%2'.")
+                          .arg(line)
+                          .arg(text));
+    }
+    file.unmap(const_cast<uchar *>(bytes));
 }
 
 void TCSProTextNotes::noteLimit(int line, const QString &subject, const QString &text)

@@ -11,6 +11,7 @@
 #include <QString>
 #include <QStringList>
 
+class QFile;
 class TCSPro;
 class TCSProItem;
 class TCSProValueSet;
@@ -60,6 +61,8 @@ public:
     void noteLinkLine(const QString &linkLine, const TCSProValueSet *valueSet);
     void noteFirstItemCopies(const TCSProValueSet *valueSet);
     void noteUndecodableLine(int line, const QString &text);
+    //! Text mode drops a carriage return that does not end a line: one note per such line of \a file.
+    void noteCarriageReturns(QFile &file, const QStringList &linesRead);
     void noteLimit(int line, const QString &subject, const QString &text);
 
     // Where the file's meaning and the reading part without an error.

@@ -86,6 +86,16 @@ constexpr const char BinaryItemAsNumber[] = "binary-item-as-number";
 constexpr const char SubitemOccurrencesOnce[] = "subitem-occurrences-once";
 //! CSPro text: an identification item of a lower level put in the group of the record read before it.
 constexpr const char IdItemInRecordGroup[] = "id-item-in-record-group";
+//! CSPro JSON: a record or an item that CSPro skips as malformed (no name, an unknown content type,
+//! a length, count or start out of range, a subitem without its parent) read all the same.
+constexpr const char MalformedItemKept[] = "malformed-item-kept";
+//! CSPro JSON: a value that CSPro skips as malformed (no pairs, a pair with neither a code nor a
+//! range of two) kept with the code the reading made of it.
+constexpr const char MalformedValueKept[] = "malformed-value-kept";
+//! CSPro JSON: a code written as a JSON number (1 rather than "1") read as the empty code.
+constexpr const char NumericCodeNotRead[] = "numeric-code-not-read";
+//! CSPro text: a carriage return inside a line dropped by the reading.
+constexpr const char CarriageReturnDropped[] = "carriage-return-dropped";
 } // namespace TReadNoteKind
 
 /*! \brief One reading note: a place where a reader dropped, shortened or

@@ -12,6 +12,7 @@
 
 #include <QFile>
 #include <QHash>
+#include <QRegularExpression>
 #include <QSet>
 
 #include <memory>
@@ -25,8 +26,25 @@ namespace {
 // The kinds that may account for each aspect. A key read from another line
 // can bend anything of its item; a bound against hostile input can cut
 // anything.
-const QStringList AnyItemKinds = {QStringLiteral("key-from-other-line"), QStringLiteral("limit-reached"),
-                                  QStringLiteral("undecodable-text")};
+const QStringList AnyItemKinds = {QStringLiteral("key-from-other-line"), QStringLiteral("limit-reached")};
+
+// Notes on one line of the file, whose subject is the line's text as read:
+// they account for a difference in a text of that line.
+const QStringList LineKinds = {QStringLiteral("undecodable-text"), QStringLiteral("carriage-return-dropped")};
+
+// The line's value as read, with each replacement character standing for
+// the character the file has there.
+bool lineHoldsText(const QString &lineAsRead, const QString &text)
+{
+    if (text.isEmpty())
+        return false;
+    const QString value = lineAsRead.mid(lineAsRead.indexOf(QLatin1Char('=')) + 1);
+    if (value.contains(text) || text.contains(value))
+        return !value.isEmpty();
+    QString pattern = QRegularExpression::escape(value);
+    pattern.replace(QRegularExpression::escape(QString(QChar::ReplacementCharacter)), QStringLiteral(".+?"));
+    return QRegularExpression(pattern).match(text).hasMatch();
+}
 
 const QHash<QString, QStringList> &kindsByAspect()
 {
@@ -48,7 +66,8 @@ const QHash<QString, QStringList> &kindsByAspect()
           QStringLiteral("occurrence-value-set"), QStringLiteral("range-code"), QStringLiteral("range-split"),
           QStringLiteral("quoted-code-bent"), QStringLiteral("padded-code-split"),
           QStringLiteral("first-pair-only"), QStringLiteral("code-rounded"),
-          QStringLiteral("language-labels-joined")}},
+          QStringLiteral("language-labels-joined"), QStringLiteral("malformed-value-kept"),
+          QStringLiteral("numeric-code-not-read")}},
         {QStringLiteral("missing"),
          {QStringLiteral("special-not-read"), QStringLiteral("value-set-dropped"),
           QStringLiteral("linked-value-set-empty"), QStringLiteral("occurrence-value-set")}},
@@ -59,7 +78,8 @@ const QHash<QString, QStringList> &kindsByAspect()
         {QStringLiteral("absent"),
          {QStringLiteral("subitem-occurrences-once"), QStringLiteral("number-out-of-range")}},
         {QStringLiteral("extra"),
-         {QStringLiteral("subitem-occurrences-once"), QStringLiteral("number-out-of-range")}},
+         {QStringLiteral("subitem-occurrences-once"), QStringLiteral("number-out-of-range"),
+          QStringLiteral("malformed-item-kept")}},
     };
     return kinds;
 }
@@ -212,6 +232,9 @@ Field fieldOfImport(TGenericField *generic)
     f.missing = generic->getMissingCode();
     f.notAppl = generic->getNotApplicableCode();
     f.subjects << f.name;
+    // A note on an item without a name names its section.
+    if (f.name.isEmpty())
+        f.subjects << QStringLiteral("[Item]");
     f.values = valuesOfField(*generic);
     if (auto *variable = dynamic_cast<TCSProVariable *>(generic)) {
         f.group = variable->getGroup();
@@ -484,6 +507,9 @@ bool isAccountedFor(const ReadingDifference &difference, const TReadNotes &notes
     const QStringList kinds = kindsAccountingFor(difference.aspect);
     for (const TReadNote &note : notes) {
         if (kinds.contains(note.getKind()) && difference.subjects.contains(note.getSubject()))
+            return true;
+        if (LineKinds.contains(note.getKind())
+            && (lineHoldsText(note.getSubject(), difference.file) || lineHoldsText(note.getSubject(), difference.reading)))
             return true;
     }
     return false;

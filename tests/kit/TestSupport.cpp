@@ -1,5 +1,7 @@
 #include "TestSupport.h"
 
+#include "NoteCoverage.h"
+
 #include "KxErrorManager.h"
 
 #include <QAbstractButton>
@@ -127,6 +129,14 @@ QString unreadableFile(const QTemporaryDir &dir)
     return QString();
 }
 
+void expectNotesAccountForEveryDifference(const QString &path)
+{
+    const CoverageReport report = checkNoteCoverage(path);
+    if (report.compared && !report.unaccounted.isEmpty())
+        ADD_FAILURE() << "differences between the codebook and the importer's fields that no note accounts for, in "
+                      << path.toStdString() << ":\n" << report.describeUnaccounted().toStdString();
+}
+
 QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes)
 {
     const QString path = dir.filePath(name);
@@ -135,6 +145,8 @@ QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArra
         f.write(bytes);
         f.close();
     }
+    if (name.endsWith(QLatin1String(".dcf")) || name.endsWith(QLatin1String(".json")))
+        expectNotesAccountForEveryDifference(path);
     return path;
 }
 

@@ -72,7 +72,12 @@ private:
 QString dataPath(const QString &name);
 //! Path of a bundled sample under samples/ (the census story and its lookup).
 QString samplePath(const QString &name);
-//! Writes \a bytes to \a name inside \a dir and returns the path.
+/*! Reads the CSPro dictionary at \a path both ways, the codebook and the
+ * importer's fields, and fails the running test on every difference no
+ * reading note accounts for. Files the codebook cannot read are left alone. */
+void expectNotesAccountForEveryDifference(const QString &path);
+//! Writes \a bytes to \a name inside \a dir and returns the path. A CSPro
+//! dictionary (.dcf, .json) is checked by expectNotesAccountForEveryDifference().
 QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes);
 /*! A path that exists, is no folder and cannot be opened for reading: a file
  * written into \a dir with no permissions, or, for root (who may read any

@@ -701,7 +701,7 @@ TReadNote noRecordType()
 
 TEST(CSProJsonNotes, DictionaryCarriedOverWholeGivesNoNotes)
 {
-    expectNotes(notesOfJson(withRecords(R"({"name":"P","recordType":"P","items":[
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","recordType":"P","occurrences":{"required":true,"maximum":1},"items":[
         {"name":"AGE","start":2,"length":2,"valueSets":[{"name":"AGE_VS1","values":[
             {"labels":[{"text":"One"}],"pairs":[{"value":"1"}]}]}]}]})",
                                         R"("recordType":{"start":1,"length":1},)")),
@@ -710,7 +710,7 @@ TEST(CSProJsonNotes, DictionaryCarriedOverWholeGivesNoNotes)
 
 TEST(CSProJsonNotes, DecimalsOfAnItemAreNotRead)
 {
-    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[
         {"name":"AREA","length":5,"decimals":2},{"name":"RATE","length":3,"decimals":1},
         {"name":"N","length":1,"decimals":0}]})")),
                 {noRecordType(), fileNote("AREA", "decimals-not-read", "Item AREA has 2 decimals; the reading kept no number of decimals."),
@@ -722,7 +722,7 @@ TEST(CSProJsonNotes, SubitemIsReadAsAnItemOfItsOwn)
     // Relative positions: DATE takes columns 1-8, the subitem without "start"
     // is placed at the running position 9 and advances it.
     TCSProJson d;
-    loadJson(d, withRecords(R"({"name":"P","items":[{"name":"DATE","length":8},
+    loadJson(d, withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[{"name":"DATE","length":8},
         {"name":"YEAR","subitem":true,"subitemOffset":0,"length":4}]})"));
     expectNotes(d.getReadNotes(),
                 {noRecordType(), fileNote("YEAR", "subitem-read-as-item",
@@ -735,7 +735,7 @@ TEST(CSProJsonNotes, SubitemIsReadAsAnItemOfItsOwn)
 
 TEST(CSProJsonNotes, SubitemWithoutAnOffsetIsNotedWithoutOne)
 {
-    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"DATE","length":8},
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[{"name":"DATE","length":8},
         {"name":"YEAR","subitem":true,"length":4},{"name":"MONTH","subitem":false,"length":2}]})")),
                 {noRecordType(), fileNote("YEAR", "subitem-read-as-item",
                           "Item YEAR is a subitem; the reading made it an item of its own at column 9.")});
@@ -743,7 +743,7 @@ TEST(CSProJsonNotes, SubitemWithoutAnOffsetIsNotedWithoutOne)
 
 TEST(CSProJsonNotes, LinkWrittenAsANumberIsNamedAsTheNumber)
 {
-    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[
         {"name":"ACT1","length":1,"valueSets":[{"name":"ACT_VS1","link":3,"values":[{"pairs":[{"value":"1"}]}]}]},
         {"name":"ACT2","length":1,"valueSets":[{"name":"ACT_VS2","link":3}]}]})")),
                 {noRecordType(), fileNote("ACT_VS2", "linked-value-set-empty",
@@ -753,7 +753,7 @@ TEST(CSProJsonNotes, LinkWrittenAsANumberIsNamedAsTheNumber)
 
 TEST(CSProJsonNotes, RangeIsKeptAsOneCode)
 {
-    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"AGE","length":2,"valueSets":[
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[{"name":"AGE","length":2,"valueSets":[
         {"name":"AGE_VS1","values":[{"pairs":[{"range":["0","97"]}]},{"pairs":[{"value":"98"}]}]}]}]})")),
                 {noRecordType(), fileNote("AGE_VS1", "range-code",
                           "Value set AGE_VS1: the range 0 to 97 is kept as the one code '0:97', which reads as the "
@@ -763,7 +763,7 @@ TEST(CSProJsonNotes, RangeIsKeptAsOneCode)
 TEST(CSProJsonNotes, SpecialValuesAreKeptAsOrdinaryCodes)
 {
     TCSProJson d;
-    loadJson(d, withRecords(R"({"name":"P","items":[{"name":"AGE","length":3,"valueSets":[
+    loadJson(d, withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[{"name":"AGE","length":3,"valueSets":[
         {"name":"AGE_VS1","values":[{"pairs":[{"value":"998"}],"special":"NOTAPPL"},
                                     {"pairs":[{"value":"999"}],"special":"MISSING"}]}]}]})"));
     expectNotes(d.getReadNotes(),
@@ -779,7 +779,7 @@ TEST(CSProJsonNotes, SpecialValuesAreKeptAsOrdinaryCodes)
 
 TEST(CSProJsonNotes, LinkedValueSetWithoutValuesIsNoted)
 {
-    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[
         {"name":"ACT1","length":1,"valueSets":[{"name":"ACT_VS1","link":"3","values":[{"pairs":[{"value":"1"}]}]}]},
         {"name":"ACT2","length":1,"valueSets":[{"name":"ACT_VS2","link":"3"}]},
         {"name":"ACT3","length":1,"valueSets":[{"name":"ACT_VS3","link":"4"}]}]})")),
@@ -801,14 +801,14 @@ TEST(CSProJsonNotes, OccurrenceLabelsOfItemsAndRecordsAreNotRead)
 
 TEST(CSProJsonNotes, OccurrenceLabelsThatAreNoListOrAnEmptyListAreNotNoted)
 {
-    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"maximum":2,"labels":{"text":"First"}},
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":2,"labels":{"text":"First"}},
         "items":[{"name":"DAY","length":1,"occurrences":{"maximum":7,"labels":[]}}]})")),
                 {noRecordType()});
 }
 
 TEST(CSProJsonNotes, ValueSetWithoutALinkBesideLinkedOnesIsNotNoted)
 {
-    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[
         {"name":"ACT1","length":1,"valueSets":[{"name":"ACT_VS1","link":"3","values":[{"pairs":[{"value":"1"}]}]}]},
         {"name":"ACT2","length":1,"valueSets":[{"name":"ACT_VS2"}]}]})")),
                 {noRecordType()});
@@ -816,7 +816,7 @@ TEST(CSProJsonNotes, ValueSetWithoutALinkBesideLinkedOnesIsNotNoted)
 
 TEST(CSProJsonNotes, ValueSetsAfterTheFirstAreNotedAsDropped)
 {
-    expectNotes(notesOfJson(withRecords(R"({"name":"P","items":[{"name":"AGE","length":2,"valueSets":[
+    expectNotes(notesOfJson(withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[{"name":"AGE","length":2,"valueSets":[
         {"name":"AGE_VS1","values":[{"pairs":[{"value":"1"}]}]},{"name":"AGE_VS2","values":[]}]}]})")),
                 {noRecordType(), fileNote("AGE_VS2", "value-set-dropped",
                           "Value set AGE_VS2 dropped: item AGE has 2 value sets, and only the first, AGE_VS1, is read.")});
@@ -825,16 +825,20 @@ TEST(CSProJsonNotes, ValueSetsAfterTheFirstAreNotedAsDropped)
 TEST(CSProJsonNotes, OccurrencesPastTheLimitAreClippedAndNoted)
 {
     TCSProJson d;
-    loadJson(d, withRecords(R"({"name":"P","items":[{"name":"X","length":1,"occurrences":{"maximum":10000}}]})"));
+    loadJson(d, withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[{"name":"X","length":1,"occurrences":{"maximum":10000}}]})"));
     EXPECT_EQ(d.getItemsCount(), 9999);
     expectNotes(d.getReadNotes(),
-                {noRecordType(), fileNote("X", "limit-reached", "Item X has 10000 occurrences; the reading made only the first 9999.")});
+                {noRecordType(),
+                 fileNote("X", "malformed-item-kept",
+                          "CSPro skips item X as malformed: its \"occurrences\" give no \"maximum\" from 1 to 9999; "
+                          "the reading keeps it."),
+                 fileNote("X", "limit-reached", "Item X has 10000 occurrences; the reading made only the first 9999.")});
 }
 
 TEST(CSProJsonNotes, EachCopyOfARepeatedItemGetsItsOwnValueSet)
 {
     TCSProJson d;
-    loadJson(d, withRecords(R"({"name":"P","items":[{"name":"X","length":1,"occurrences":{"maximum":3},
+    loadJson(d, withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[{"name":"X","length":1,"occurrences":{"maximum":3},
         "valueSets":[{"name":"X_VS1","values":[{"labels":[{"text":"Yes"}],"pairs":[{"value":"1"}]}]}]}]})"));
     ASSERT_EQ(d.getItemsCount(), 3);
     for (int i = 0; i < 3; ++i) {
@@ -850,7 +854,7 @@ TEST(CSProJsonNotes, CopiesPastTheCopyBudgetAreNotMadeAndNoted)
 {
     // A file of a few hundred bytes may expand to 10,000 copies and one more
     // per 100 bytes: X's 9999 copies fit, Y's stop where the budget ends.
-    const QByteArray json = withRecords(R"({"name":"P","items":[
+    const QByteArray json = withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[
         {"name":"X","length":1,"occurrences":{"maximum":9999}},
         {"name":"Y","length":1,"occurrences":{"maximum":50}}]})");
     const int budget = 10000 + json.size() / 100;
@@ -875,7 +879,7 @@ TEST(CSProJsonNotes, CopiesShareTheFirstValueSetOncePastTheEntryBudget)
     for (int v = 0; v < 100; ++v)
         values += (v ? "," : "") + QByteArray(R"({"pairs":[{"value":")") + QByteArray::number(v) + "\"}]}";
     TCSProJson d;
-    loadJson(d, withRecords(R"({"name":"P","items":[{"name":"X","length":1,"occurrences":{"maximum":3000},
+    loadJson(d, withRecords(R"({"name":"P","occurrences":{"required":true,"maximum":1},"items":[{"name":"X","length":1,"occurrences":{"maximum":3000},
         "valueSets":[{"name":"X_VS1","values":[)" + values + "]}]}]}"));
     ASSERT_EQ(d.getItemsCount(), 3000);
     EXPECT_NE(d.getItem(2499)->getValueSet(0), d.getItem(0)->getValueSet(0));

@@ -169,12 +169,13 @@ TEST(FuzzRegressionCSProJson, CopiesStopAtTheCopyBudget)
     ASSERT_EQ(d.getItemsCount(), budget);
     EXPECT_EQ(d.getItem(9998)->name, QStringLiteral("A0_9999"));
     EXPECT_EQ(d.getItem(int(budget) - 1)->name, QStringLiteral("A1_%1").arg(budget - 9999));
-    // The file gives no record type, which the first note says; then one
-    // note for each item that lost copies: A1 from its copy after the
-    // budget, A2 to A29 from their first.
+    // The file gives no record type, and its record R no "occurrences", which
+    // the first two notes say; then one note for each item that lost copies:
+    // A1 from its copy after the budget, A2 to A29 from their first.
     TReadNotes notes = d.getReadNotes();
-    ASSERT_EQ(notes.size(), 30);
+    ASSERT_EQ(notes.size(), 31);
     EXPECT_EQ(notes.takeFirst().getKind(), QStringLiteral("group-not-set"));
+    EXPECT_EQ(notes.takeFirst().getKind(), QStringLiteral("malformed-item-kept"));
     for (int i = 0; i < notes.size(); ++i) {
         EXPECT_EQ(notes.at(i).getKind(), QStringLiteral("limit-reached"));
         EXPECT_EQ(notes.at(i).getSubject(), QStringLiteral("A%1").arg(i + 1));
