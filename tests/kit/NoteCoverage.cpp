@@ -532,20 +532,17 @@ QString CoverageReport::describeUnaccounted() const
 CoverageReport checkNoteCoverage(const QString &path)
 {
     CoverageReport report;
-    Error error;
-    const Codebook codebook = Codebook::fromFile(path, &error);
-    if (!error.ok()) {
-        report.why = QStringLiteral("the codebook cannot be read: ") + error.message;
-        return report;
-    }
-    if (codebook.format() != Format::CSProText && codebook.format() != Format::CSProJson) {
+    QFile file(path);
+    const Format format = file.open(QIODevice::ReadOnly) ? detectFormat(file.read(4096)) : Format::Unknown;
+    file.close();
+    if (format != Format::CSProText && format != Format::CSProJson) {
         report.why = QStringLiteral("not a CSPro dictionary");
         return report;
     }
     QVector<Field> reading;
     QString failure;
     QString dictionaryName;
-    if (codebook.format() == Format::CSProText) {
+    if (format == Format::CSProText) {
         auto r = readWithImporter<TCSProDataImport>(path);
         reading = r.fields;
         report.notes = r.notes;
@@ -557,6 +554,12 @@ CoverageReport checkNoteCoverage(const QString &path)
         report.notes = r.notes;
         failure = r.failure;
         dictionaryName = r.dictionaryName;
+    }
+    Error error;
+    const Codebook codebook = Codebook::fromFile(path, &error, format);
+    if (!error.ok()) {
+        report.why = QStringLiteral("the codebook cannot be read: ") + error.message;
+        return report;
     }
     if (!failure.isEmpty()) {
         report.why = failure;
