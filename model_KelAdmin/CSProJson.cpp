@@ -284,7 +284,7 @@ void TCSProJson::readRepeatedItem(const QJsonObject &item, TCSProRecord *record,
         readCopyValueSet(copy, item, i == 1, firstValueSet);
         if (i == 1) {
             firstValueSet = copy->getHasValueSet() ? copy->getValueSet(0) : nullptr;
-            noteItemShape(item, *copy);
+            noteItemShape(item, *copy, itemName);
         }
         record->addItem(copy);
         items->append(copy);
@@ -383,7 +383,7 @@ void TCSProJson::readItem(const QJsonObject &jsonItem, TCSProRecord *record, int
     readValueSet(item, jsonItem);
     record->addItem(item);
     items->append(item);
-    noteItemShape(jsonItem, *item);
+    noteItemShape(jsonItem, *item, item->name);
 }
 
 void TCSProJson::readValueSet(TCSProItem *item, const QJsonObject &jsonItem)
@@ -557,15 +557,20 @@ const QStringList &contentTypes()
     return types;
 }
 
-bool isBinaryContent(const QString &contentType)
+//! The index of \a contentType among CSPro's, in any case; -1 for none.
+int contentTypeIndex(const QString &contentType)
 {
-    return contentTypes().indexOf(contentType.toLower()) >= 2;
+    const QStringList &types = contentTypes();
+    for (int i = 0; i < types.size(); ++i) {
+        if (contentType.compare(types.at(i), Qt::CaseInsensitive) == 0)
+            return i;
+    }
+    return -1;
 }
 
 // Why CSPro skips a pair: empty when it reads it.
-QString malformedPair(const QJsonValue &pair)
+QString malformedPair(const QJsonObject &object)
 {
-    const QJsonObject object = pair.toObject();
     if (object.contains(QStringLiteral("value")))
         return isCodeText(object.value(QStringLiteral("value"))) ? QString()
                                                                   : QStringLiteral("a \"value\" that is no text");
@@ -584,8 +589,9 @@ bool TCSProJson::noteMalformedItem(const QJsonObject &item, bool isId, bool rela
     QStringList why;
     const QJsonValue nameValue = item.value(QStringLiteral("name"));
     const QString contentType = item.value(QStringLiteral("contentType")).toString(QStringLiteral("numeric"));
-    const bool typeKnown = contentTypes().contains(contentType.toLower());
-    const bool binary = typeKnown && isBinaryContent(contentType);
+    const int type = contentTypeIndex(contentType);
+    const bool typeKnown = type >= 0;
+    const bool binary = type >= 2;
     const bool subitem = !binary && noteKeys.subitem && item.value(QStringLiteral("subitem")).toBool(false);
     if (!nameValue.isString() || nameValue.toString().isEmpty())
         why << QStringLiteral("it has no name");
@@ -642,28 +648,31 @@ void TCSProJson::noteMalformedRecord(const QJsonObject &record)
 
 void TCSProJson::noteValueCodes(const QJsonObject &jsonValue, const QString &valueSetName)
 {
+    // The common value, one pair with a text code, costs one look-up.
     const QJsonArray pairs = jsonValue.value(QStringLiteral("pairs")).toArray();
-    const QString label = readLabel(jsonValue);
     QString why = pairs.isEmpty() ? QStringLiteral("it has no pairs") : QString();
-    for (int i = 0; i < pairs.size() && why.isEmpty(); ++i)
-        why = malformedPair(pairs.at(i));
-    if (!why.isEmpty()) {
+    bool number = false;
+    for (int i = 0; i < pairs.size() && why.isEmpty(); ++i) {
+        const QJsonObject pair = pairs.at(i).toObject();
+        const QJsonValue code = pair.value(QStringLiteral("value"));
+        if (code.isString())
+            continue;
+        why = malformedPair(pair);
+        if (why.isEmpty() && i == 0) {
+            const QJsonArray range = pair.value(QStringLiteral("range")).toArray();
+            number = code.isDouble() || (code.isUndefined() && (range.at(0).isDouble() || range.at(1).isDouble()));
+        }
+    }
+    if (!why.isEmpty())
         addReadNote(0, valueSetName, TReadNoteKind::MalformedValueKept,
                     QStringLiteral("Value set %1: CSPro skips the value '%2' as malformed (%3); the reading keeps "
                                    "it.")
-                        .arg(valueSetName, label, why));
-        return;
-    }
-    const QJsonObject first = pairs.first().toObject();
-    const QJsonArray range = first.value(QStringLiteral("range")).toArray();
-    const bool number = first.contains(QStringLiteral("value"))
-        ? first.value(QStringLiteral("value")).isDouble()
-        : range.at(0).isDouble() || range.at(1).isDouble();
-    if (number)
+                        .arg(valueSetName, readLabel(jsonValue), why));
+    else if (number)
         addReadNote(0, valueSetName, TReadNoteKind::NumericCodeNotRead,
                     QStringLiteral("Value set %1: the value '%2' writes its code as a JSON number, which CSPro reads "
                                    "as text; the reading makes it an empty code.")
-                        .arg(valueSetName, label));
+                        .arg(valueSetName, readLabel(jsonValue)));
 }
 
 void TCSProJson::noteStartsFromColumnOne(const QString &subject, const QString &what, int cspro)
@@ -696,6 +705,8 @@ void TCSProJson::noteNumber(const QJsonObject &object, const QString &key, const
 
 void TCSProJson::noteSubitem(const QJsonObject &jsonItem, const QString &itemName)
 {
+    if (!noteKeys.subitem)
+        return;
     const bool subitem = noteKeys.subitem && jsonItem.value(QStringLiteral("subitem")).toBool(false);
     if (!subitem) {
         parentName = itemName;
@@ -714,14 +725,13 @@ void TCSProJson::noteSubitem(const QJsonObject &jsonItem, const QString &itemNam
                     .arg(parentLength));
 }
 
-void TCSProJson::noteItemShape(const QJsonObject &jsonItem, const TCSProItem &item)
+void TCSProJson::noteItemShape(const QJsonObject &jsonItem, const TCSProItem &item, const QString &itemName)
 {
-    const QString itemName = jsonItem.value(QStringLiteral("name")).toString();
     noteNumber(jsonItem, QStringLiteral("start"), itemName, item.start);
     noteNumber(jsonItem, QStringLiteral("length"), itemName, item.len);
-    const QString content = jsonItem.value(QStringLiteral("contentType")).toString().toLower();
-    if (content == QLatin1String("audio") || content == QLatin1String("document")
-        || content == QLatin1String("geometry") || content == QLatin1String("image")) {
+    const int type = item.isAlpha ? 1 : contentTypeIndex(jsonItem.value(QStringLiteral("contentType")).toString());
+    if (type >= 2) {
+        const QString content = contentTypes().at(type);
         addReadNote(0, itemName, TReadNoteKind::BinaryItemAsNumber,
                     QStringLiteral("Item %1 holds %2 content, which takes no columns of the data file; the reading "
                                    "made it a numeric field of length %3 at column %4.")
@@ -750,9 +760,12 @@ void TCSProJson::noteCodes(const TCSProItem &item)
     for (const TValueSetItem *entry : qAsConst(*valueSet->items)) {
         if (item.isAlpha == 1 && entry->code.contains(SPACECHR))
             padded << QLatin1Char('"') + entry->code + QLatin1Char('"');
+        // Six digits or fewer are written as they are.
+        if (!integerField || entry->code.size() <= 6)
+            continue;
         bool ok = false;
         const int value = entry->code.toInt(&ok, 10);
-        if (integerField && ok && QString::number(double(value), 'g', 6).toDouble() != value)
+        if (ok && QString::number(double(value), 'g', 6).toDouble() != value)
             rounded << QStringLiteral("%1 as %2").arg(entry->code.trimmed(), QString::number(double(value), 'g', 6));
     }
     if (!padded.isEmpty())

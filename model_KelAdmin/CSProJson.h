@@ -69,7 +69,7 @@ private:
     void noteFurtherValueSets(const QJsonObject &jsonItem, const QJsonArray &sets, const QString &kept);
     void noteNoRecordType();
     void noteStartsFromColumnOne(const QString &subject, const QString &what, int cspro);
-    void noteItemShape(const QJsonObject &jsonItem, const TCSProItem &item);
+    void noteItemShape(const QJsonObject &jsonItem, const TCSProItem &item, const QString &itemName);
     void noteNumber(const QJsonObject &object, const QString &key, const QString &itemName, int kept);
     void noteSubitem(const QJsonObject &jsonItem, const QString &itemName);
     void noteCodes(const TCSProItem &item);

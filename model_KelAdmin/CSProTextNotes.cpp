@@ -381,26 +381,31 @@ void TCSProTextNotes::noteNumbers(const QStringList &section, const TCSProItem &
                                 {CMD_LEN, item.len, 0},
                                 {CMD_OCCURS, item.occurrences, 1},
                                 {CMD_DECIMAL, item.decimal, 0}};
-    for (const Command &command : commands) {
-        const QString line = ownCommandLine(section, command.name);
-        // A value read from another line has its note already.
-        if (line.isEmpty() || readCommandLine(section, command.name) != line)
-            continue;
-        const QString value = line.mid(command.name.size() + 1);
-        bool ok = false;
-        const int number = value.toInt(&ok, 10);
-        QString what;
-        if (!ok)
-            what = QStringLiteral("is no whole number the reading can hold, so it kept the default %1")
-                       .arg(command.fallback);
-        else if (number < 0)
-            what = QStringLiteral("is negative, and the reading kept %1").arg(command.kept);
-        else if (number == 0 && command.name == CMD_OCCURS)
-            what = QStringLiteral("leaves the item no occurrence, and the reading gives it no field");
-        if (what.isEmpty())
-            continue;
-        q.addReadNote(fileLineOf(line), item.name, TReadNoteKind::NumberOutOfRange,
-                      QStringLiteral("Item %1: '%2' %3.").arg(item.name, line, what));
+    for (const QString &line : section) {
+        for (const Command &command : commands) {
+            const int n = command.name.size();
+            if (line.size() <= n || line.at(n) != EQUALCHR.at(0) || !line.startsWith(command.name))
+                continue;
+            bool ok = false;
+            const int number = line.midRef(n + 1).toInt(&ok, 10);
+            if (ok && number > 0)
+                break;
+            // A value read from another line has its note already.
+            if (readCommandLine(section, command.name) != line)
+                break;
+            QString what;
+            if (!ok)
+                what = QStringLiteral("is no whole number the reading can hold, so it kept the default %1")
+                           .arg(command.fallback);
+            else if (number < 0)
+                what = QStringLiteral("is negative, and the reading kept %1").arg(command.kept);
+            else if (command.name == CMD_OCCURS)
+                what = QStringLiteral("leaves the item no occurrence, and the reading gives it no field");
+            if (!what.isEmpty())
+                q.addReadNote(fileLineOf(line), item.name, TReadNoteKind::NumberOutOfRange,
+                              QStringLiteral("Item %1: '%2' %3.").arg(item.name, line, what));
+            break;
+        }
     }
 }
 
@@ -458,24 +463,24 @@ void TCSProTextNotes::noteAttachedValueSet(const QStringList &section, const TCS
         return;
     QStringList ranges, quotes, languages, padded, rounded;
     QString rangeLine, quoteLine, languageLine;
+    // Views into the lines: a value set read as CSPro means it costs no copy.
     for (const QString &line : section) {
         if (!isCSProValueLine(line))
             continue;
-        const QString rest = line.mid(6);
+        const QStringRef rest = line.midRef(6);
         const int semicolon = rest.indexOf(QLatin1Char(';'));
-        const QString codes = semicolon >= 0 ? rest.left(semicolon) : rest;
-        if (codes.contains(COLONCHR)) {
-            ranges << codes.trimmed();
+        const QStringRef code = (semicolon >= 0 ? rest.left(semicolon) : rest).trimmed();
+        if (code.contains(COLONCHR)) {
+            ranges << code.toString();
             rangeLine = rangeLine.isNull() ? line : rangeLine;
         }
-        const QString code = codes.trimmed();
         if (code.size() >= 2 && isQuote(code.at(0)) && code.back() == code.at(0)) {
-            const QString kept = code.at(0) == QLatin1Char('\'') ? code.mid(1) : code;
+            const QStringRef kept = code.at(0) == QLatin1Char('\'') ? code.mid(1) : code;
             quotes << QStringLiteral("%1 as %2").arg(code, kept);
             quoteLine = quoteLine.isNull() ? line : quoteLine;
         }
         if (semicolon >= 0 && rest.indexOf(QLatin1Char('|'), semicolon) > 0) {
-            languages << quoted(rest.mid(semicolon + 1));
+            languages << quoted(rest.mid(semicolon + 1).toString());
             languageLine = languageLine.isNull() ? line : languageLine;
         }
     }
@@ -483,7 +488,8 @@ void TCSProTextNotes::noteAttachedValueSet(const QStringList &section, const TCS
     for (const TValueSetItem *entry : qAsConst(*valueSet->items)) {
         if (!valueSet->isNumeric && entry->code.contains(SPACECHR))
             padded << QLatin1Char('"') + entry->code + QLatin1Char('"');
-        if (integerField && !roundedAsIntegerField(entry->code).isEmpty())
+        // Six digits or fewer are written as they are.
+        if (integerField && entry->code.size() > 6 && !roundedAsIntegerField(entry->code).isEmpty())
             rounded << QStringLiteral("%1 as %2").arg(entry->code.trimmed(), roundedAsIntegerField(entry->code));
     }
     const QString name = valueSet->name;
