@@ -16,11 +16,12 @@ inspect_packages=(cmake make g++ qtbase5-dev libreadstat-dev)
 # The tests and CI on top: GoogleTest, the fonts the path helpers measure
 # with, the qmake and pkg-config consumer, Doxygen, the man-page check, the
 # JSON Schema check, the Debian package (dpkg-shlibdeps needs dpkg-dev and file),
-# the inspector's HTML pages read back with Python and rendered in Chromium, and
-# its CSV imported by a spreadsheet (Gnumeric's ssconvert).
+# the inspector's HTML pages read back with Python, rendered and printed to PDF
+# in Chromium and the PDF read with poppler-utils, and its CSV imported by a
+# spreadsheet (Gnumeric's ssconvert).
 test_packages=("${inspect_packages[@]}" libgtest-dev libgmock-dev fonts-liberation fontconfig
                pkg-config qt5-qmake doxygen groff python3-jsonschema dpkg-dev file python3 chromium
-               gnumeric lintian)
+               poppler-utils gnumeric lintian)
 
 install_missing_packages() {
     local missing=()

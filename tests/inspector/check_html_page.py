@@ -250,6 +250,60 @@ def check_drawings(page, doc, sample, ck):
     ck.expect(subitems <= {f["name"] for f in doc["fields"]}, "subitems %s not all among the fields" % sorted(subitems))
 
 
+MAX_RULER_WIDTH = 660  # the codebook's rulers fit an A4 page (tools/keladmin-inspect/write/CodebookPage.h)
+
+
+def check_codebook_rulers(page, codebook, ck):
+    """The codebook's rulers: each record's wrap onto rulers at most MAX_RULER_WIDTH wide that follow
+    one another from column 1 to the record's last column, and each variable of the record (and each
+    identification item) has a box on every ruler its columns reach, cut to that ruler's columns."""
+    svgs = [a for tag, a, _ in page.elements if tag == "svg" and a.get("class") == "record codebook"]
+    records = [r["name"] for r in codebook["records"]]
+    names = []
+    for s in svgs:
+        if not names or names[-1] != s["data-record"]:
+            names.append(s["data-record"])
+    if not ck.expect(names == records, "codebook rulers of %s, records %s" % (names, records)):
+        return
+    rect_type = codebook["recordType"]
+    for record in records:
+        rulers = [s for s in svgs if s["data-record"] == record]
+        variables = [v for v in codebook["variables"] if v["isId"] or v["record"] == record]
+        spans = [(v["start"], v["start"] + v["width"] * (1 if v["isSubitem"] else v["occurrences"]) - 1) for v in variables]
+        end = max([rect_type["start"] + rect_type["length"] - 1] + [e for _, e in spans])
+        first = 1
+        for svg in rulers:
+            ck.expect(int(svg["width"]) <= MAX_RULER_WIDTH,
+                      "%s: a codebook ruler %s pixels wide" % (record, svg["width"]))
+            ck.expect(int(svg.get("data-first", "1")) == first,
+                      "%s: a ruler starts at column %s, expected %d" % (record, svg.get("data-first", "1"), first))
+            first = int(svg["data-end"]) + 1
+        ck.expect(first == end + 1, "%s: the rulers end at column %d, expected %d" % (record, first - 1, end))
+        boxes = [(a.get("data-name"), int(a["data-start"]), int(a["data-len"]))
+                 for a in rects_in_codebook(page, record)
+                 if a.get("data-name") and a.get("class", "").split(" ")[0] in BOX_CLASSES]
+        for v, (lo, hi) in zip(variables, spans):
+            shown = v["name"] if v["occurrences"] == 1 else "%s \u00d7%d" % (v["name"], v["occurrences"])
+            got = sorted((s, n) for name, s, n in boxes if name == shown)
+            wanted = []
+            for svg in rulers:
+                a, b = int(svg.get("data-first", "1")), int(svg["data-end"])
+                if lo <= b and hi >= a:
+                    wanted.append((max(lo, a), min(hi, b) - max(lo, a) + 1))
+            ck.expect(got == sorted(wanted), "%s: %s drawn at %s, expected %s" % (record, shown, got, wanted))
+
+
+def rects_in_codebook(page, record):
+    """The rect elements of the codebook rulers of one record."""
+    out, inside = [], False
+    for tag, attrs, _ in page.elements:
+        if tag == "svg":
+            inside = attrs.get("class") == "record codebook" and attrs.get("data-record") == record
+        elif tag == "rect" and inside:
+            out.append(attrs)
+    return out
+
+
 def check_variables(page, doc, ck):
     tables = [rows for cls, rows in page.tables if cls == "variables"]
     if not ck.expect(len(tables) == 1, "%d variable tables" % len(tables)):
@@ -296,6 +350,7 @@ def main():
     check_self_contained(page, raw, ck)
     if doc["format"] in ("cspro", "cspro8"):
         check_drawings(page, doc, sample, ck)
+        check_codebook_rulers(page, json.loads(run(inspector, ["--codebook", "--json", sample]).stdout), ck)
     else:
         check_variables(page, doc, ck)
     check_fields_table(page, doc, ck)

@@ -13,6 +13,7 @@
 #include "ReadFailure.h"
 #include "TableWriter.h"
 #include "TextOutput.h"
+#include "TestSupport.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -753,6 +754,71 @@ TEST(InspectHtmlLayout, DrawsTheIdentificationItemsOnEveryRecord)
     EXPECT_EQ(b.boxes.at(1).name, QStringLiteral("ID"));
     EXPECT_EQ(b.boxes.at(2).name, QStringLiteral("W"));
     EXPECT_TRUE(b.marks.isEmpty());
+}
+
+TEST(InspectHtmlLayout, WrapsALongRecordOntoRulersThatFollowOneAnother)
+{
+    RecordDrawing long250;
+    long250.name = QStringLiteral("L");
+    long250.end = 250;
+    ColumnBox across;
+    across.name = QStringLiteral("ACROSS");
+    across.start = 95;
+    across.length = 11; // 95-105: on the first ruler and the second
+    ColumnBox last;
+    last.name = QStringLiteral("LAST");
+    last.start = 240;
+    last.length = 11;
+    long250.boxes << across << last;
+    const QList<RecordDrawing> rulers = wrappedDrawings(long250, 100);
+    ASSERT_EQ(rulers.size(), 3);
+    const QList<QPair<qint64, qint64>> columns = {{1, 100}, {101, 200}, {201, 250}};
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(rulers.at(i).first, columns.at(i).first) << i;
+        EXPECT_EQ(rulers.at(i).end, columns.at(i).second) << i;
+    }
+    ASSERT_EQ(rulers.at(0).boxes.size(), 1);
+    EXPECT_EQ(rulers.at(0).boxes.at(0).start, 95);
+    EXPECT_EQ(rulers.at(0).boxes.at(0).length, 6);
+    ASSERT_EQ(rulers.at(1).boxes.size(), 1);
+    EXPECT_EQ(rulers.at(1).boxes.at(0).start, 101);
+    EXPECT_EQ(rulers.at(1).boxes.at(0).length, 5);
+    ASSERT_EQ(rulers.at(2).boxes.size(), 1);
+    EXPECT_EQ(rulers.at(2).boxes.at(0).name, QStringLiteral("LAST"));
+    EXPECT_EQ(rulers.at(2).boxes.at(0).length, 11);
+}
+
+TEST(InspectHtmlPage, ShowsTheCodebookWithTheDifferencesMarked)
+{
+    // samples/languages.dcf: [Languages] EN and FR, CLUSTER's label
+    // 'Cluster|Grappe' (line 22), REGION_VS1's quoted codes, PLINE's range.
+    InspectReport report;
+    report.kind = InspectReport::Kind::Dictionary;
+    report.source.format = QStringLiteral("cspro");
+    report.codebook = KxCodebook::Codebook::fromFile(kxtest::samplePath(QStringLiteral("languages.dcf")));
+    ASSERT_FALSE(report.codebook.isNull());
+    report.notes << NoteRow{22, QStringLiteral("CLUSTER"), QStringLiteral("language-labels-joined"),
+                            QStringLiteral("The label holds one label per language.")};
+    const QString page = pageOf(report);
+    EXPECT_TRUE(page.contains(QStringLiteral("<h2>Codebook</h2>")));
+    // The label in each language, the first as the label and the second marked with its language.
+    EXPECT_TRUE(page.contains(QStringLiteral("<td>Cluster<br/><span class=\"language\">FR:</span> Grappe</td>")));
+    // The row of CLUSTER is marked, with its note.
+    const int cluster = page.indexOf(QStringLiteral("<span class=\"mono\">CLUSTER</span>"));
+    ASSERT_GE(cluster, 0);
+    const int rowStart = page.lastIndexOf(QStringLiteral("<tr"), cluster);
+    EXPECT_TRUE(page.midRef(rowStart, 30).startsWith(QStringLiteral("<tr class=\"differs\">")));
+    EXPECT_GT(page.indexOf(QStringLiteral("language-labels-joined</span>: The label holds one label per language."), cluster), cluster);
+    // One section a record, each with its ruler, and table headers that repeat in print.
+    EXPECT_EQ(page.count(QStringLiteral("<section class=\"record\">")), 1 + report.codebook.records().size());
+    EXPECT_EQ(page.count(QStringLiteral("<svg class=\"record codebook\"")), report.codebook.records().size());
+    EXPECT_TRUE(page.contains(QStringLiteral("<thead><tr><th>Name</th><th>Label</th><th>Start</th>")));
+    EXPECT_TRUE(page.contains(QStringLiteral("section.record { break-before: page; }")));
+    // The page stays well-formed XML.
+    QXmlStreamReader xml(page);
+    while (!xml.atEnd())
+        xml.readNext();
+    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
 }
 
 TEST(InspectHtmlLayout, ListsFieldsWithoutColumnsInsteadOfDrawingThem)

@@ -386,6 +386,13 @@ QString fillDictionaryReport(const InspectOptions &o, bool dialogPossible, const
     opened.releaseImporterModel();
     for (int i = 0; i < fields.size(); ++i)
         report.fields[firstRow + i].valueLabels = splitValueLabels(fields.at(i)->getValueLabels());
+    if (!o.html.isEmpty() && (format == QLatin1String("cspro") || format == QLatin1String("cspro8"))) {
+        // The page shows the file's own meaning beside the front end's reading.
+        KxCodebook::Error error;
+        report.codebook = KxCodebook::Codebook::fromFile(path, &error);
+        if (!error.ok())
+            report.codebookProblem = error.message;
+    }
     return QString();
 }
 

@@ -1,6 +1,8 @@
 #ifndef KXINSPECT_INSPECTREPORT_H
 #define KXINSPECT_INSPECTREPORT_H
 
+#include <KxCodebook.h>
+
 #include <QList>
 #include <QPair>
 #include <QString>
@@ -106,6 +108,9 @@ struct InspectReport
     QList<FieldRow> fields;
     LookupResult lookup;
     QList<NoteRow> notes; //!< in the order the reader wrote them
+    //! CSPro, for the HTML page: the dictionary as CSPro reads it; null when not read.
+    KxCodebook::Codebook codebook;
+    QString codebookProblem; //!< why the codebook could not be read
 };
 
 } // namespace kxinspect

@@ -210,4 +210,40 @@ QList<RecordDrawing> recordDrawingsOf(const InspectReport &report)
     return drawings;
 }
 
+namespace {
+
+//! The boxes of \a boxes that lie on columns \a first to \a last, cut to them.
+QList<ColumnBox> boxesWithin(const QList<ColumnBox> &boxes, qint64 first, qint64 last)
+{
+    QList<ColumnBox> within;
+    for (ColumnBox box : boxes) {
+        if (box.end() < first || box.start > last)
+            continue;
+        const qint64 end = qMin(box.end(), last);
+        box.start = qMax(box.start, first);
+        box.length = end - box.start + 1;
+        within << box;
+    }
+    return within;
+}
+
+} // namespace
+
+QList<RecordDrawing> wrappedDrawings(const RecordDrawing &drawing, qint64 columns)
+{
+    QList<RecordDrawing> rulers;
+    for (qint64 first = drawing.first; first <= drawing.end; first += columns) {
+        RecordDrawing ruler = drawing;
+        ruler.first = first;
+        ruler.end = qMin(drawing.end, first + columns - 1);
+        ruler.boxes = boxesWithin(drawing.boxes, ruler.first, ruler.end);
+        ruler.subItems = boxesWithin(drawing.subItems, ruler.first, ruler.end);
+        ruler.marks = boxesWithin(drawing.marks, ruler.first, ruler.end);
+        if (first != drawing.first)
+            ruler.notDrawn.clear();
+        rulers << ruler;
+    }
+    return rulers;
+}
+
 } // namespace kxinspect

@@ -43,6 +43,7 @@ struct RecordDrawing
 {
     QString name;       //!< the record's name; empty when the dictionary has no record
     QString recordType; //!< the record-type code
+    qint64 first = 1;   //!< first column of the ruler
     qint64 end = 0;     //!< last column of the ruler
     QList<ColumnBox> boxes;    //!< items, identification items and the record-type code, with their lanes
     QList<ColumnBox> subItems; //!< with their lanes among the subitems
@@ -63,6 +64,11 @@ bool hasColumnLayout(const InspectReport &report);
  * at the last column of its items, of the identification items or of the
  * record-type code. Empty for other formats. */
 QList<RecordDrawing> recordDrawingsOf(const InspectReport &report);
+
+/*! \a drawing cut into rulers of at most \a columns columns, one after the
+ * other, so that a long record wraps: each box is cut to the columns of the
+ * ruler it lies on, and a box across two rulers is on both. */
+QList<RecordDrawing> wrappedDrawings(const RecordDrawing &drawing, qint64 columns);
 
 } // namespace kxinspect
 

@@ -1,5 +1,6 @@
 #include "DiffPage.h"
 
+#include "CodebookPage.h"
 #include "ColumnLayout.h"
 #include "HtmlWriter.h"
 #include "SvgDrawing.h"
@@ -14,7 +15,6 @@ using namespace KxCodebook;
 namespace {
 
 const char *const DiffStyle =
-    "rect.changed { stroke: #c00000; stroke-width: 3; }\n"
     "div.side { display: flex; flex-direction: column; gap: 6px; margin-bottom: 18px; }\n"
     "p.side { margin: 4px 0 0 0; font-weight: bold; }\n";
 
@@ -29,37 +29,6 @@ QSet<QString> changedNames(const Comparison &comparison, bool oldSide)
         names.insert(oldSide && c.kind == ChangeKind::VariableRenamed ? c.oldValue : c.variable);
     }
     return names;
-}
-
-/*! The codebook as the report the column layout draws: one field per
- * variable with its whole span, one group per record. */
-InspectReport layoutOf(const Codebook &codebook, const QSet<QString> &changed)
-{
-    InspectReport report;
-    report.source.format = formatName(codebook.format());
-    report.source.recordTypeStart = codebook.recordTypeStart();
-    report.source.recordTypeLength = codebook.recordTypeLength();
-    for (const Record &r : codebook.records()) {
-        GroupRow group;
-        group.name = r.name;
-        group.recordType = r.typeValue;
-        group.entry = r.name + QLatin1Char('=') + r.typeValue;
-        report.groups << group;
-    }
-    for (const Variable &v : codebook.variables()) {
-        FieldRow f;
-        f.name = v.occurrences > 1 ? QStringLiteral("%1 ×%2").arg(v.name).arg(v.occurrences) : v.name;
-        f.label = v.labels.primary();
-        f.start = v.start;
-        f.size = v.isSubitem ? v.width : v.span();
-        f.record = v.record;
-        f.group = v.record;
-        f.identification = v.isId;
-        f.subItem = v.isSubitem;
-        f.changed = changed.contains(v.name);
-        report.fields << f;
-    }
-    return report;
 }
 
 QString cell(const QString &text)
@@ -101,9 +70,9 @@ QString sideHtml(const char *side, const RecordDrawing *drawing, int scale)
 QString rulersHtml(const DiffReport &report)
 {
     const QList<RecordDrawing> before =
-        recordDrawingsOf(layoutOf(report.oldCodebook, changedNames(report.comparison, true)));
+        recordDrawingsOf(codebookLayout(report.oldCodebook, changedNames(report.comparison, true)));
     const QList<RecordDrawing> after =
-        recordDrawingsOf(layoutOf(report.newCodebook, changedNames(report.comparison, false)));
+        recordDrawingsOf(codebookLayout(report.newCodebook, changedNames(report.comparison, false)));
     if (before.isEmpty() && after.isEmpty())
         return QString();
     const int scale = pageScale(before + after);

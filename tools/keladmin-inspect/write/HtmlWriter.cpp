@@ -1,5 +1,6 @@
 #include "HtmlWriter.h"
 
+#include "CodebookPage.h"
 #include "ColumnLayout.h"
 #include "FileOutput.h"
 #include "SvgDrawing.h"
@@ -56,7 +57,24 @@ const char *const PageStyleText =
     ".legend { margin: 8px 0 4px 0; }\n"
     ".legend span { display: inline-block; margin: 2px 18px 2px 0; }\n"
     ".legend svg { vertical-align: middle; margin-right: 4px; }\n"
-    ".note { color: #555555; }\n";
+    ".note { color: #555555; }\n"
+    "rect.changed { stroke: #c00000; stroke-width: 3; }\n"
+    "section.record { margin-top: 10px; }\n"
+    "p.record-facts { margin: 0 0 6px 0; color: #555555; }\n"
+    "tr.differs td { background: #fff4e5; }\n"
+    "div.differs { color: #8a4b00; }\n"
+    "div.differs span.kind { font-family: 'Liberation Mono', 'DejaVu Sans Mono', monospace; }\n"
+    "span.special, span.language { color: #555555; font-size: 12px; }\n"
+    "div.set { font-weight: bold; }\n"
+    "@page { size: A4; margin: 12mm; }\n"
+    "@media print {\n"
+    "  body { margin: 0; font-size: 11px; }\n"
+    "  .drawing { overflow: visible; break-inside: avoid; }\n"
+    "  svg.record:not(.codebook) { max-width: 100%; height: auto; }\n"
+    "  section.record { break-before: page; }\n"
+    "  thead { display: table-header-group; }\n"
+    "  tr { break-inside: avoid; }\n"
+    "}\n";
 
 //! The file's name without its folders, for the title.
 QString baseName(const QString &path)
@@ -177,12 +195,13 @@ QString cell(const QString &text, const char *cssClass = nullptr)
     return QStringLiteral("<td>%1</td>").arg(htmlText(text));
 }
 
+//! A table's header row, repeated on each printed page.
 QString headerRow(const QStringList &headers)
 {
-    QString html = QStringLiteral("<tr>");
+    QString html = QStringLiteral("<thead><tr>");
     for (const QString &h : headers)
         html += QStringLiteral("<th>%1</th>").arg(htmlText(h));
-    return html + QStringLiteral("</tr>\n");
+    return html + QStringLiteral("</tr></thead>\n");
 }
 
 //! SPSS and Stata fields have no columns: their variables in file order instead of a ruler.
@@ -251,6 +270,12 @@ void writeLookup(const LookupResult &lookup, PagePieces &page)
 void writeDictionary(const InspectReport &report, PagePieces &page)
 {
     page << summaryHtml(report);
+    if (!report.codebook.isNull())
+        writeCodebookSection(report.codebook, report.notes, [&page](const QString &piece) { page << piece; });
+    else if (!report.codebookProblem.isEmpty())
+        page << QStringLiteral("<p class=\"note\">The codebook, the dictionary as CSPro reads it, is not shown: "
+                               "%1</p>\n")
+                    .arg(htmlText(report.codebookProblem));
     if (hasColumnLayout(report))
         writeDrawings(report, page);
     else

@@ -29,19 +29,21 @@ constexpr int WidestDrawing = 1100;
 struct Geometry
 {
     int scale = 16; //!< pixels per column
+    qint64 first = 1; //!< the ruler's first column
     qint64 end = 0;
     int itemLanes = 1;
     int subItemLanes = 0;
     int boxHeight = MinBoxHeight;
 
-    qint64 x(qint64 column) const { return LeftMargin + (column - 1) * scale; }
+    qint64 x(qint64 column) const { return LeftMargin + (column - first) * scale; }
     int itemY(int lane) const { return ItemsTop + lane * (boxHeight + LaneGap); }
     int subItemY(int lane) const { return itemY(itemLanes) + RowGap + lane * (boxHeight + LaneGap); }
     int height() const
     {
         return (subItemLanes > 0 ? subItemY(subItemLanes) : itemY(itemLanes)) + BottomMargin;
     }
-    qint64 width() const { return LeftMargin + end * scale + RightMargin; }
+    qint64 columns() const { return end - first + 1; }
+    qint64 width() const { return LeftMargin + columns() * scale + RightMargin; }
 };
 
 QString num(qint64 n)
@@ -92,13 +94,15 @@ int boxHeightOf(const RecordDrawing &d, int scale)
     return height;
 }
 
-//! Column 1, the end and every step-th column, save one whose number would touch the end's.
+//! The first column, the end and every step-th column, save one whose number would touch the first's or the end's.
 bool numbered(qint64 column, const Geometry &g, int step)
 {
-    if (column == 1 || column == g.end)
+    if (column == g.first || column == g.end)
         return true;
     const double endNumberWidth = num(g.end).size() * CharWidth + 4;
-    return column % step == 0 && (g.end - column) * g.scale >= endNumberWidth;
+    const double firstNumberWidth = num(g.first).size() * CharWidth + 4;
+    return column % step == 0 && (g.end - column) * g.scale >= endNumberWidth
+        && (g.first == 1 || (column - g.first) * g.scale >= firstNumberWidth);
 }
 
 //! The ruler: a bar with a tick between columns, the numbered columns marked and numbered above.
@@ -106,8 +110,8 @@ QString rulerSvg(const Geometry &g)
 {
     const int step = g.scale >= 14 ? 5 : 10;
     QString svg = QStringLiteral("<rect class=\"ruler\" x=\"%1\" y=\"%2\" width=\"%3\" height=\"%4\"/>")
-                      .arg(num(g.x(1)), num(RulerTop), num(g.end * g.scale), num(RulerHeight));
-    for (qint64 c = 1; c <= g.end; ++c) {
+                      .arg(num(g.x(g.first)), num(RulerTop), num(g.columns() * g.scale), num(RulerHeight));
+    for (qint64 c = g.first; c <= g.end; ++c) {
         if (numbered(c, g, step)) {
             svg += QStringLiteral("<rect class=\"ruler-mark\" x=\"%1\" y=\"%2\" width=\"%3\" height=\"%4\"/>")
                        .arg(num(g.x(c)), num(RulerTop), num(g.scale), num(RulerHeight));
@@ -115,7 +119,7 @@ QString rulerSvg(const Geometry &g)
                        .arg(num(g.x(c) + g.scale / 2), num(NumberBaseline), num(c));
         }
     }
-    for (qint64 c = 2; c <= g.end; ++c)
+    for (qint64 c = g.first + 1; c <= g.end; ++c)
         svg += QStringLiteral("<line class=\"tick\" x1=\"%1\" y1=\"%2\" x2=\"%1\" y2=\"%3\"/>")
                    .arg(num(g.x(c)), num(RulerTop + RulerHeight - 5), num(RulerTop + RulerHeight));
     return svg;
@@ -234,14 +238,16 @@ QString drawingSvg(const RecordDrawing &d, int scale)
 {
     Geometry g;
     g.scale = scale;
+    g.first = d.first;
     g.end = d.end;
     g.itemLanes = qMax(1, d.itemLanes);
     g.subItemLanes = d.subItemLanes;
     g.boxHeight = boxHeightOf(d, scale);
     QString svg = QStringLiteral("<svg class=\"record\" data-record=\"%1\" data-scale=\"%2\" data-left=\"%3\" "
-                                 "data-end=\"%4\" width=\"%5\" height=\"%6\" viewBox=\"0 0 %5 %6\">")
+                                 "%7data-end=\"%4\" width=\"%5\" height=\"%6\" viewBox=\"0 0 %5 %6\">")
                       .arg(htmlText(d.name), num(scale), num(LeftMargin), num(d.end), num(g.width()),
-                           num(g.height()));
+                           num(g.height()),
+                           d.first == 1 ? QString() : QStringLiteral("data-first=\"%1\" ").arg(d.first));
     svg += recordTypeBandSvg(d, g) + rulerSvg(g) + rowNamesSvg(g);
     for (const ColumnBox &box : d.boxes)
         svg += boxSvg(box, g, g.itemY(box.lane));
