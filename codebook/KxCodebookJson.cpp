@@ -19,6 +19,50 @@ namespace {
  * container's members on lines of their own, an empty container still split
  * over two lines, members of an object in the order of their keys (the
  * writer's callers give them in that order). */
+char hexDigit(uint n) { return char(n < 10 ? '0' + n : 'a' + n - 10); }
+
+/* As Qt escapes: quote, backslash and the controls below U+0020 (\b \f
+ * \n \r \t by name, the rest as \u00XX); everything else as UTF-8, but a
+ * lone surrogate, which has no UTF-8, as \uXXXX. */
+char *putJsonEscaped(char *out, const ushort *units, int begin, int end)
+{
+    for (int i = begin; i < end; ++i) {
+        const uint u = units[i];
+        if (u >= 0x20 && u < 0x80 && u != '"' && u != '\\') {
+            *out++ = char(u);
+        } else if (u < 0x80) {
+            *out++ = '\\';
+            switch (u) {
+            case '"': *out++ = '"'; break;
+            case '\\': *out++ = '\\'; break;
+            case '\b': *out++ = 'b'; break;
+            case '\f': *out++ = 'f'; break;
+            case '\n': *out++ = 'n'; break;
+            case '\r': *out++ = 'r'; break;
+            case '\t': *out++ = 't'; break;
+            default:
+                *out++ = 'u';
+                *out++ = '0';
+                *out++ = '0';
+                *out++ = hexDigit(u >> 4);
+                *out++ = hexDigit(u & 0xF);
+            }
+        } else if (!QChar::isSurrogate(u)) {
+            out = Internal::putUtf8(out, u);
+        } else if (QChar::isHighSurrogate(u) && i + 1 < end && QChar::isLowSurrogate(units[i + 1])) {
+            out = Internal::putUtf8(out, QChar::surrogateToUcs4(ushort(u), units[i + 1]));
+            ++i;
+        } else {
+            *out++ = '\\';
+            *out++ = 'u';
+            for (int shift = 12; shift >= 0; shift -= 4)
+                *out++ = hexDigit((u >> shift) & 0xF);
+        }
+    }
+    return out;
+}
+
+
 class JsonStream
 {
 public:
@@ -103,54 +147,11 @@ private:
         m_out.commit(std::to_chars(out, out + 24, n).ptr);
     }
 
-    static char hexDigit(uint n) { return char(n < 10 ? '0' + n : 'a' + n - 10); }
-
-    /* As Qt escapes: quote, backslash and the controls below U+0020 (\b \f
-     * \n \r \t by name, the rest as \u00XX); everything else as UTF-8, but a
-     * lone surrogate, which has no UTF-8, as \uXXXX. */
-    static char *putEscaped(char *out, const ushort *units, int begin, int end)
-    {
-        for (int i = begin; i < end; ++i) {
-            const uint u = units[i];
-            if (u >= 0x20 && u < 0x80 && u != '"' && u != '\\') {
-                *out++ = char(u);
-            } else if (u < 0x80) {
-                *out++ = '\\';
-                switch (u) {
-                case '"': *out++ = '"'; break;
-                case '\\': *out++ = '\\'; break;
-                case '\b': *out++ = 'b'; break;
-                case '\f': *out++ = 'f'; break;
-                case '\n': *out++ = 'n'; break;
-                case '\r': *out++ = 'r'; break;
-                case '\t': *out++ = 't'; break;
-                default:
-                    *out++ = 'u';
-                    *out++ = '0';
-                    *out++ = '0';
-                    *out++ = hexDigit(u >> 4);
-                    *out++ = hexDigit(u & 0xF);
-                }
-            } else if (!QChar::isSurrogate(u)) {
-                out = Internal::putUtf8(out, u);
-            } else if (QChar::isHighSurrogate(u) && i + 1 < end && QChar::isLowSurrogate(units[i + 1])) {
-                out = Internal::putUtf8(out, QChar::surrogateToUcs4(ushort(u), units[i + 1]));
-                ++i;
-            } else {
-                *out++ = '\\';
-                *out++ = 'u';
-                for (int shift = 12; shift >= 0; shift -= 4)
-                    *out++ = hexDigit((u >> shift) & 0xF);
-            }
-        }
-        return out;
-    }
-
     void appendString(const QString &text)
     {
         constexpr size_t MaxBytesPerUnit = 6;  // \u00XX
         m_out.add('"');
-        m_out.addEscaped(text, MaxBytesPerUnit, putEscaped);
+        m_out.addEscaped(text, MaxBytesPerUnit, putJsonEscaped);
         m_out.add('"');
     }
 
@@ -505,6 +506,18 @@ bool writeJson(const Codebook &codebook, QIODevice *device, QString *error)
     if (error)
         error->clear();
     return true;
+}
+
+void appendJsonString(QByteArray *out, const QString &text)
+{
+    constexpr int MaxBytesPerUnit = 6;  // \u00XX
+    const int at = out->size();
+    out->resize(at + 2 + MaxBytesPerUnit * text.size());
+    char *begin = out->data() + at;
+    *begin = '"';
+    char *end = putJsonEscaped(begin + 1, text.utf16(), 0, text.size());
+    *end++ = '"';
+    out->resize(int(end - out->data()));
 }
 
 } // namespace KxCodebook

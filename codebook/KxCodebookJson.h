@@ -33,6 +33,12 @@ KXCODEBOOK_EXPORT QJsonObject toJson(const Codebook &codebook);
  * could not be written. */
 KXCODEBOOK_EXPORT bool writeJson(const Codebook &codebook, QIODevice *device, QString *error = nullptr);
 
+/*! Appends \a text to \a out as QJsonDocument writes a string: in quotes,
+ * with the quote, the backslash and the controls below U+0020 escaped, the
+ * rest as UTF-8 (a lone surrogate, which has none, as \\uXXXX). For programs
+ * that stream JSON text of their own that must match Qt's. */
+KXCODEBOOK_EXPORT void appendJsonString(QByteArray *out, const QString &text);
+
 //! The lower-case name of \a storage: "numeric", "text", "binary".
 KXCODEBOOK_EXPORT QString storageName(Storage storage);
 //! The lower-case name of \a measure: "nominal", "ordinal", "scale", or "" when unknown.

@@ -322,8 +322,12 @@ int inspect(const InspectOptions &o, bool dialogPossible)
     if (o.codebook)
         return inspectCodebook(o);
     const WarningSink warn = [&o](const QString &warning) { printError(o.file, warning); };
-    InspectReport report;
-    const QString problem = o.lookup ? fillLookupReport(o, report) : fillDictionaryReport(o, dialogPossible, warn, report);
+    // The one report of this run, like the importer's model, is left to the
+    // operating system at exit: freeing it piece by piece would cost about
+    // as much as writing it.
+    InspectReport &report = *new InspectReport;
+    const QString problem = o.lookup ? fillLookupReport(o, report)
+                                     : fillDictionaryReport(o, dialogPossible, warn, report, ModelMemory::LeaveToExit);
     if (!problem.isEmpty()) {
         printError(o.file, problem);
         return ExitInputError;

@@ -20,6 +20,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QTemporaryFile>
 #include <QTextStream>
 
@@ -41,6 +42,11 @@ QList<ValueLabel> splitValueLabels(const QString &text)
             out.append({entry.left(blank).toString(), entry.mid(blank + 1).toString()});
     }
     return out;
+}
+
+QList<ValueLabel> valueLabelsOf(const FieldRow &field)
+{
+    return field.valueLabels.isEmpty() ? splitValueLabels(field.valueLabelText) : field.valueLabels;
 }
 
 namespace {
@@ -285,6 +291,10 @@ FieldRow fieldRowOf(const TKxSourceField &f)
 //! The importer's groups, "name=value" each, with the number of fields in each.
 QList<GroupRow> groupsOf(TDataImport &importer, const QList<FieldRow> &fields)
 {
+    // One pass over the fields: a dictionary may have thousands of records.
+    QHash<QString, int> fieldsByGroup;
+    for (const FieldRow &f : fields)
+        ++fieldsByGroup[f.group];
     QList<GroupRow> groups;
     for (int i = 0; i < importer.getGroupCount(); ++i) {
         GroupRow group;
@@ -292,8 +302,7 @@ QList<GroupRow> groupsOf(TDataImport &importer, const QList<FieldRow> &fields)
         const int eq = group.entry.indexOf(EQUALCHR);
         group.name = eq < 0 ? group.entry : group.entry.left(eq);
         group.recordType = eq < 0 ? QString() : group.entry.mid(eq + 1);
-        for (const FieldRow &f : fields)
-            group.fieldCount += f.group == group.name ? 1 : 0;
+        group.fieldCount = fieldsByGroup.value(group.name);
         groups.append(group);
     }
     return groups;
@@ -336,7 +345,7 @@ QList<NoteRow> notesOf(const TDataImport &importer)
 } // namespace
 
 QString fillDictionaryReport(const InspectOptions &o, bool dialogPossible, const WarningSink &warn,
-                             InspectReport &report)
+                             InspectReport &report, ModelMemory model)
 {
     // A pipe is read once, into a copy that every step then reads by path.
     QTemporaryFile copy;
@@ -353,7 +362,10 @@ QString fillDictionaryReport(const InspectOptions &o, bool dialogPossible, const
             return unknown;
     }
 
-    OpenedDictionary opened;
+    // Freeing a model of hundreds of thousands of small objects costs about
+    // as much as reading it; a run of one file leaves that to its exit.
+    std::unique_ptr<OpenedDictionary> owned(new OpenedDictionary);
+    OpenedDictionary &opened = *owned;
     const QString failure = openDictionary(format, path, o, dialogPossible, warn, opened);
     if (!failure.isEmpty())
         return failure;
@@ -382,10 +394,19 @@ QString fillDictionaryReport(const InspectOptions &o, bool dialogPossible, const
     report.groups = groupsOf(*opened.importer, report.fields);
     report.notes = notesOf(*opened.importer);
     // The value labels are split once the model has gone, so that the two
-    // never take memory at the same time.
-    opened.releaseImporterModel();
-    for (int i = 0; i < fields.size(); ++i)
-        report.fields[firstRow + i].valueLabels = splitValueLabels(fields.at(i)->getValueLabels());
+    // never take memory at the same time, unless the model stays to the end.
+    if (model == ModelMemory::LeaveToExit)
+        owned.release();
+    else
+        opened.releaseImporterModel();
+    // A model left to the end keeps the value labels' texts, which the report
+    // shares and splits one field at a time as it is written.
+    for (int i = 0; i < fields.size(); ++i) {
+        if (model == ModelMemory::LeaveToExit)
+            report.fields[firstRow + i].valueLabelText = fields.at(i)->getValueLabels();
+        else
+            report.fields[firstRow + i].valueLabels = splitValueLabels(fields.at(i)->getValueLabels());
+    }
     if (!o.html.isEmpty() && (format == QLatin1String("cspro") || format == QLatin1String("cspro8"))) {
         // The page shows the file's own meaning beside the front end's reading.
         KxCodebook::Error error;

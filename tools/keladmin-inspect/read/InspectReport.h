@@ -32,6 +32,9 @@ struct FieldRow
     QString notApplicableCode;
     QString group;
     QList<ValueLabel> valueLabels;
+    //! The value labels as the importer writes them ("code label", each ended by a tab), split
+    //! only when written (valueLabelsOf()); used when valueLabels is empty.
+    QString valueLabelText;
     // Where a CSPro item sits in its dictionary; left as they are for other formats.
     QString record;              //!< name of the record the item was read into, even when group is empty
     bool identification = false; //!< an item of the common record: on every record's line
@@ -112,6 +115,9 @@ struct InspectReport
     KxCodebook::Codebook codebook;
     QString codebookProblem; //!< why the codebook could not be read
 };
+
+//! The field's value labels: valueLabels, or else valueLabelText split.
+QList<ValueLabel> valueLabelsOf(const FieldRow &field);
 
 } // namespace kxinspect
 

@@ -71,7 +71,7 @@ QStringList fieldCells(const FieldRow &f)
             f.missingCode,
             f.notApplicableCode,
             f.group,
-            valueLabelsCell(f.valueLabels),
+            valueLabelsCell(valueLabelsOf(f)),
             nameNote(f.name)};
 }
 

@@ -238,7 +238,7 @@ void writeFields(const QList<FieldRow> &fields, PagePieces &page)
         page << QStringLiteral("<tr>") + cell(f.name, "name") + cell(f.label) + cell(f.type)
                     + cell(num(f.start), "num") + cell(num(f.size), "num") + cell(num(f.decimals), "num")
                     + cell(f.minimum) + cell(f.maximum) + cell(f.missingCode) + cell(f.notApplicableCode)
-                    + cell(f.group) + valueLabelsHtml(f.valueLabels) + QStringLiteral("</tr>\n");
+                    + cell(f.group) + valueLabelsHtml(valueLabelsOf(f)) + QStringLiteral("</tr>\n");
     }
     page << QStringLiteral("</table>\n");
 }

@@ -1,5 +1,7 @@
 #include "JsonWriter.h"
 
+#include <KxCodebookJson.h>
+
 #include <QFileDevice>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -70,7 +72,7 @@ QJsonObject jsonOfField(const FieldRow &f)
     jf.insert(QStringLiteral("notApplicableCode"), f.notApplicableCode);
     jf.insert(QStringLiteral("group"), f.group);
     QJsonArray labels;
-    for (const ValueLabel &vl : f.valueLabels)
+    for (const ValueLabel &vl : valueLabelsOf(f))
         labels.append(QJsonObject{{QStringLiteral("code"), vl.code}, {QStringLiteral("label"), vl.label}});
     jf.insert(QStringLiteral("valueLabels"), labels);
     return jf;
@@ -153,7 +155,57 @@ struct StreamedArray
     QString key;
     int count;
     std::function<QJsonValue(int)> element;
+    //! The element's text, when it is written without Qt: must equal arrayElementText(element(i)).
+    std::function<QByteArray(int)> elementText = nullptr;
 };
+
+/* A field as Qt writes it as an element of the report's "fields", keys in
+ * Qt's order, without building a QJsonObject: the fields are most of a
+ * dictionary's report, and their value labels most of the fields. */
+QByteArray fieldElementText(const FieldRow &f)
+{
+    const QList<ValueLabel> valueLabels = valueLabelsOf(f);
+    QByteArray out;
+    out.reserve(400 + 100 * valueLabels.size());
+    const auto key = [&out](const char *name) {
+        out += "            \"";
+        out += name;
+        out += "\": ";
+    };
+    const auto text = [&out, &key](const char *name, const QString &value) {
+        key(name);
+        KxCodebook::appendJsonString(&out, value);
+        out += ",\n";
+    };
+    const auto number = [&out, &key](const char *name, int value) {
+        key(name);
+        out += QByteArray::number(value);
+        out += ",\n";
+    };
+    out += "        {\n";
+    number("decimals", f.decimals);
+    text("group", f.group);
+    text("label", f.label);
+    text("maximum", f.maximum);
+    text("minimum", f.minimum);
+    text("missingCode", f.missingCode);
+    text("name", f.name);
+    text("notApplicableCode", f.notApplicableCode);
+    number("size", f.size);
+    number("start", f.start);
+    text("type", f.type);
+    key("valueLabels");
+    out += "[\n";
+    for (int i = 0; i < valueLabels.size(); ++i) {
+        out += i == 0 ? "                {\n                    \"code\": " : ",\n                {\n                    \"code\": ";
+        KxCodebook::appendJsonString(&out, valueLabels.at(i).code);
+        out += ",\n                    \"label\": ";
+        KxCodebook::appendJsonString(&out, valueLabels.at(i).label);
+        out += "\n                }";
+    }
+    out += valueLabels.isEmpty() ? "            ]\n        }" : "\n            ]\n        }";
+    return out;
+}
 
 QList<StreamedArray> streamedArrays(const InspectReport &report, const WriteSettings &settings)
 {
@@ -170,7 +222,8 @@ QList<StreamedArray> streamedArrays(const InspectReport &report, const WriteSett
                                 }};
     } else {
         arrays << StreamedArray{QStringLiteral("fields"), int(report.fields.size()),
-                                [&report](int i) { return QJsonValue(jsonOfField(report.fields.at(i))); }};
+                                [&report](int i) { return QJsonValue(jsonOfField(report.fields.at(i))); },
+                                [&report](int i) { return fieldElementText(report.fields.at(i)); }};
     }
     if (settings.notes)
         arrays << StreamedArray{QStringLiteral("notes"), int(report.notes.size()),
@@ -245,7 +298,7 @@ void writeJsonReport(const InspectReport &report, const WriteSettings &settings,
         sink.add(text.mid(done, it.key() - done));  // up to the array's "\n    ]"
         for (int i = 0; i < array.count; ++i) {
             sink.add(i == 0 ? QByteArrayLiteral("\n") : QByteArrayLiteral(",\n"));
-            sink.add(arrayElementText(array.element(i)));
+            sink.add(array.elementText ? array.elementText(i) : arrayElementText(array.element(i)));
         }
         done = it.key();
     }

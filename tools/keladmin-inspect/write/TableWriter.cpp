@@ -97,7 +97,7 @@ void writeSourceHeader(const InspectReport &report, QTextStream &out)
 QStringList fieldCells(const FieldRow &f, bool wide)
 {
     QStringList labels;
-    for (const ValueLabel &vl : f.valueLabels)
+    for (const ValueLabel &vl : valueLabelsOf(f))
         labels << printable(vl.code) + QLatin1Char('=') + labelCell(vl.label, wide);
     return {printable(f.name),
             labelCell(f.label, wide),
