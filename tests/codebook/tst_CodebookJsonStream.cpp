@@ -9,6 +9,7 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 
 #include <gtest/gtest.h>
@@ -183,4 +184,26 @@ TEST(CodebookJsonStream, AClosedDeviceIsAnError)
     EXPECT_FALSE(writeJson(Codebook(), &closed, &error));
     EXPECT_FALSE(error.isEmpty());
     EXPECT_FALSE(writeJson(Codebook(), nullptr, &error));
+}
+
+TEST(CodebookJsonString, QuotesAndEscapesAsQtWritesAString)
+{
+    // Quote, backslash, the named controls, other controls, DEL, Latin-1,
+    // a pair of surrogates (U+1F600), a lone high and a lone low surrogate.
+    const QString texts[] = {QString(),
+                             QStringLiteral("plain"),
+                             QStringLiteral("a \"quoted\" \\ back"),
+                             QStringLiteral("\b\f\n\r\t"),
+                             QString(QChar(0x01)) + QChar(0x1F) + QChar(0x7F),
+                             QStringLiteral("Âge en années"),
+                             QString::fromUcs4(U"\U0001F600"),
+                             QString(QChar(0xD800)) + QStringLiteral("x") + QChar(0xDC00)};
+    for (const QString &text : texts) {
+        // Qt writes ["text"]; the string is what stands between the brackets.
+        const QByteArray qt = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+        QByteArray ours = "[";
+        appendJsonString(&ours, text);
+        ours += "]";
+        EXPECT_EQ(ours, qt) << text.toStdString();
+    }
 }

@@ -1257,6 +1257,15 @@ TEST(InspectJsonWriter, StreamsTheDocumentQtMakes)
     InspectReport manyFields = dictionaryReport();
     for (int i = 0; i < 2000; ++i)  // past the writer's 64 KiB of pending bytes
         manyFields.fields << manyFields.fields.at(i % 2);
+    // Value labels kept as the importer's text, split as they are written;
+    // a field with a value label of tricky texts.
+    InspectReport asText = dictionaryReport();
+    for (FieldRow &f : asText.fields) {
+        for (const ValueLabel &vl : f.valueLabels)
+            f.valueLabelText += vl.code + QLatin1Char(' ') + vl.label + QLatin1Char('\t');
+        f.valueLabels.clear();
+    }
+    asText.fields[0].valueLabelText += QStringLiteral("Q \"quoted\" \\ \x01 \u00e9\u20ac\t");
     InspectReport emptyLookup = lookupReport(10, 0);
     emptyLookup.lookup.labelFrequencies.clear();
     WriteSettings noNotes;
@@ -1264,7 +1273,7 @@ TEST(InspectJsonWriter, StreamsTheDocumentQtMakes)
     const QList<QPair<InspectReport, WriteSettings>> cases{
         {dictionaryReport(), WriteSettings()}, {withNotes, WriteSettings()}, {withNotes, noNotes},
         {noFields, WriteSettings()},           {manyFields, WriteSettings()}, {lookupReport(2, 5), WriteSettings()},
-        {emptyLookup, WriteSettings()},        {lookupReport(0, 3000), noNotes}};
+        {emptyLookup, WriteSettings()},        {lookupReport(0, 3000), noNotes}, {asText, WriteSettings()}};
     for (int i = 0; i < cases.size(); ++i) {
         for (bool toDevice : {true, false}) {
             SCOPED_TRACE(testing::Message() << "case " << i << (toDevice ? ", to a device" : ", to a string"));
