@@ -324,4 +324,17 @@ private:
 
 } // namespace KxCodebook
 
+// Every member is one of Qt's implicitly shared types or a plain value, so a
+// container moves these values with memcpy when it grows.
+Q_DECLARE_TYPEINFO(KxCodebook::Labels, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(KxCodebook::Language, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(KxCodebook::Code, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(KxCodebook::Value, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(KxCodebook::ValueSet, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(KxCodebook::MissingValue, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(KxCodebook::OccurrenceLabel, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(KxCodebook::Level, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(KxCodebook::Record, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(KxCodebook::Variable, Q_MOVABLE_TYPE);
+
 #endif // KXCODEBOOK_H
