@@ -357,6 +357,18 @@ TEST_F(NoteCoverage, JsonItemOfAnUnknownContentTypeKept)
                       QStringLiteral("extra"));
 }
 
+TEST_F(NoteCoverage, JsonRecordWithoutItsOccurrencesKept)
+{
+    QByteArray json = jsonDictionary(R"({"name":"AGE","contentType":"numeric","start":5,"length":2})");
+    json.replace(R"("occurrences":{"required":true,"maximum":1},)", "");
+    expectAccountedBy(coverageOf(json, ".json"),
+                      note(0, "PERSON", "malformed-item-kept",
+                           QStringLiteral("CSPro skips record PERSON and its items as malformed: its \"occurrences\" "
+                                          "give no \"required\", its \"occurrences\" give no \"maximum\" from 1 to "
+                                          "9999; the reading keeps them.")),
+                      QStringLiteral("extra"));
+}
+
 TEST_F(NoteCoverage, JsonValueWithoutACodeKept)
 {
     expectAccountedBy(coverageOf(jsonDictionary(R"({"name":"AGE","contentType":"numeric","start":5,"length":2,
