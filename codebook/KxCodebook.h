@@ -326,6 +326,7 @@ private:
 
 // Every member is one of Qt's implicitly shared types or a plain value, so a
 // container moves these values with memcpy when it grows.
+//! \cond
 Q_DECLARE_TYPEINFO(KxCodebook::Labels, Q_MOVABLE_TYPE);
 Q_DECLARE_TYPEINFO(KxCodebook::Language, Q_MOVABLE_TYPE);
 Q_DECLARE_TYPEINFO(KxCodebook::Code, Q_MOVABLE_TYPE);
@@ -336,5 +337,6 @@ Q_DECLARE_TYPEINFO(KxCodebook::OccurrenceLabel, Q_MOVABLE_TYPE);
 Q_DECLARE_TYPEINFO(KxCodebook::Level, Q_MOVABLE_TYPE);
 Q_DECLARE_TYPEINFO(KxCodebook::Record, Q_MOVABLE_TYPE);
 Q_DECLARE_TYPEINFO(KxCodebook::Variable, Q_MOVABLE_TYPE);
+//! \endcond
 
 #endif // KXCODEBOOK_H
