@@ -839,11 +839,9 @@ public:
     {
         m_xml.startDocument();
         m_xml.startElement("codeBook");
+        // No xsi:schemaLocation: the hint is optional, and a validator is given
+        // the DDI Alliance's codebook.xsd for the namespace instead.
         m_xml.attribute("xmlns", "ddi:codebook:2_5");
-        m_xml.attribute("xmlns:xsi", "http://www.w3.org/2001/XMLSchema-instance");
-        m_xml.attribute("xsi:schemaLocation", "ddi:codebook:2_5 "
-                                              "http://www.ddialliance.org/Specification/DDI-Codebook/2.5/"
-                                              "XMLSchema/codebook.xsd");
         m_xml.attribute("version", "2.5");
         writeDocDscr();
         writeStdyDscr();

@@ -20,9 +20,9 @@ import tempfile
 
 source = os.path.join(os.environ.get("KX_PEERS_DIR", "/tmp/kx-peers"), "dhs-to-database", "src",
                       "DHS_To_Database", "cspro_parser", "DCF_Parser.py")
-spec = importlib.util.spec_from_file_location("DCF_Parser", source)
-module = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(module)
+found = importlib.util.spec_from_file_location("DCF_Parser", source)
+module = importlib.util.module_from_spec(found)
+found.loader.exec_module(module)
 
 parser = module.DCF_Parser(sys.argv[1], tempfile.gettempdir())
 with contextlib.redirect_stdout(sys.stderr):
