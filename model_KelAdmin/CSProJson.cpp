@@ -7,6 +7,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonValue>
+#include <QLocale>
 
 #include <algorithm>
 #include <cmath>
@@ -109,6 +110,7 @@ void TCSProJson::loadFromJson(QString path)
         return;
     const QJsonArray levels = levelsValue.toArray();
     readIdItems(levels, defaults);
+    firstRecordColumn = firstColumnAfterIds();
     for (const QJsonValue &levelValue : levels) {
         if (!levelValue.isObject())
             continue;
@@ -216,7 +218,7 @@ void TCSProJson::readRecord(const QJsonObject &jsonRecord, const ItemDefaults &d
         noteMalformedItem(itemValue.toObject(), false, defaults.relativePositions);
         if (defaults.relativePositions && !startsComputed && !itemValue.toObject().contains(QStringLiteral("start"))) {
             startsComputed = true;
-            const int cspro = firstRecordColumn();
+            const int cspro = firstRecordColumn;
             if (cspro > 1)
                 noteStartsFromColumnOne(record->name, QStringLiteral("Record %1: its items").arg(record->name),
                                         cspro);
@@ -527,7 +529,7 @@ void TCSProJson::noteNoRecordType()
                                "included."));
 }
 
-int TCSProJson::firstRecordColumn() const
+int TCSProJson::firstColumnAfterIds() const
 {
     qint64 last = recordTypeLen > 0 ? qint64(recordTypeStart) + recordTypeLen - 1 : 0;
     for (const TCSProItem *item : qAsConst(*items)) {
@@ -582,7 +584,7 @@ QString malformedPair(const QJsonObject &object)
 
 } // namespace
 
-bool TCSProJson::noteMalformedItem(const QJsonObject &item, bool isId, bool relativePositions)
+void TCSProJson::noteMalformedItem(const QJsonObject &item, bool isId, bool relativePositions)
 {
     // The rules of CSPro's JSON reading: a malformed item is skipped, and so
     // are the subitems of a skipped item.
@@ -616,12 +618,11 @@ bool TCSProJson::noteMalformedItem(const QJsonObject &item, bool isId, bool rela
     if (!subitem)
         parentKept = why.isEmpty();
     if (why.isEmpty())
-        return true;
+        return;
     const QString name = nameValue.toString();
     addReadNote(0, name, TReadNoteKind::MalformedItemKept,
                 QStringLiteral("CSPro skips item %1 as malformed: %2; the reading keeps it.")
                     .arg(name, why.join(QStringLiteral(", "))));
-    return false;
 }
 
 void TCSProJson::noteMalformedRecord(const QJsonObject &record)
@@ -693,7 +694,7 @@ void TCSProJson::noteNumber(const QJsonObject &object, const QString &key, const
     const double number = value.toDouble(-1);
     if (value.isDouble() && number >= 0 && number <= std::numeric_limits<int>::max() && number == int(number))
         return;
-    const QString written = value.isDouble() ? QString::number(value.toDouble(), 'g', 17)
+    const QString written = value.isDouble() ? QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest)
                                              : QStringLiteral("a %1").arg(value.isString() ? QStringLiteral("text")
                                                                                            : QStringLiteral("non-number"));
     addReadNote(0, itemName, TReadNoteKind::NumberOutOfRange,

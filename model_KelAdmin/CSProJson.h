@@ -73,12 +73,12 @@ private:
     void noteNumber(const QJsonObject &object, const QString &key, const QString &itemName, int kept);
     void noteSubitem(const QJsonObject &jsonItem, const QString &itemName);
     void noteCodes(const TCSProItem &item);
-    //! Notes \a jsonItem when CSPro skips it as malformed; false then.
-    bool noteMalformedItem(const QJsonObject &jsonItem, bool isId, bool relativePositions);
+    //! Notes \a jsonItem when CSPro skips it as malformed.
+    void noteMalformedItem(const QJsonObject &jsonItem, bool isId, bool relativePositions);
     void noteMalformedRecord(const QJsonObject &jsonRecord);
     void noteValueCodes(const QJsonObject &jsonValue, const QString &valueSetName);
     //! The first column after the record type and every identification item, where CSPro lays out record items.
-    int firstRecordColumn() const;
+    int firstColumnAfterIds() const;
 
     // Which keys that only notes need the file holds anywhere.
     struct NoteKeys
@@ -95,6 +95,7 @@ private:
     bool parentKept = false;  // CSPro kept the parent: its subitems may be kept too
     int parentOccurrences = 1;
     int parentLength = 0;
+    int firstRecordColumn = 1;  // firstColumnAfterIds(), once the identification items are read
 };
 
 #endif // CSPROJSON_H

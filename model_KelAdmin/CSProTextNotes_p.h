@@ -28,7 +28,13 @@ public:
     explicit TCSProTextNotes(TCSPro &reader) : q(reader) {}
 
     //! The file's lines for the load that starts; notes are written only while a load runs.
-    void startLoad(const QStringList *fileLines) { lines = fileLines; }
+    void startLoad(const QStringList *fileLines)
+    {
+        lines = fileLines;
+        inIdItems = false;
+        levels = 0;
+        parentOccurrences = 1;
+    }
     void endLoad() { lines = nullptr; }
     //! A section starts at line index \a header of the file's lines.
     void startSection(int header)

@@ -434,6 +434,13 @@ TEST_F(NoteCoverage, JsonNumberOutOfRangeNoted)
                                                           "2147483647; the reading kept -5."))))
         << describeNotes(report.notes);
     EXPECT_TRUE(report.unaccounted.isEmpty()) << report.describeUnaccounted().toStdString();
+    // A start that is no whole number: the item is the record's first, so the reading places it at column 1.
+    const CoverageReport fraction = coverageOf(
+        jsonDictionary(R"({"name":"AGE","contentType":"numeric","start":3.7,"length":2})"), ".json");
+    EXPECT_TRUE(fraction.notes.contains(note(0, "AGE", "number-out-of-range",
+                                             QStringLiteral("Item AGE: \"start\" is 3.7, no whole number from 0 to "
+                                                            "2147483647; the reading kept 1."))))
+        << describeNotes(fraction.notes);
 }
 
 // ---- The samples ----------------------------------------------------------
