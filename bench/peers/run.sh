@@ -6,10 +6,12 @@
 #   bench/peers/run.sh BUILD_DIR
 #
 # Run bench/peers/setup.sh first. BUILD_DIR holds tools/keladmin-inspect
-# (a Release build). Environment:
+# (a Release build), and bench/parse-count when it was configured with
+# -DKX_BUILD_BENCHMARKS=ON. Environment:
 #   KX_PEERS_DIR    the peers, as setup.sh left them (default /tmp/kx-peers)
 #   KX_SIZES        item counts of the dictionaries (default "1000 10000 100000")
 #   KX_WARMUP, KX_RUNS  hyperfine's --warmup and --runs (default 2 and 5)
+#   KX_PARSE_REPEAT readings per process for the in-process times (default 5)
 #   KX_RESULTS_DIR  where hyperfine's JSON exports are kept
 #                   (default /tmp/kx-peers-results)
 #   KX_COMMIT       the commit BUILD_DIR was built from, for the table's
@@ -19,21 +21,27 @@
 # The dictionaries are written into a temporary folder, removed at the end.
 # Before timing, every peer parses every dictionary once and must print the
 # dictionary's real number of [Item] sections; a peer that does not is left
-# out of the timing, with a message. The table is printed in Markdown.
+# out of the timing, with a message. Then every reader parses every dictionary
+# KX_PARSE_REPEAT times in one process and prints each parse's own time (the
+# drivers' "parse-seconds:" line on stderr): the in-process times, without
+# the runtimes' start-up. Both tables are printed in Markdown.
 set -euo pipefail
 
 build="${1:?usage: $0 BUILD_DIR}"
 here="$(cd "$(dirname "$0")" && pwd)"
 repo="$(cd "$here/../.." && pwd)"
 inspect="$build/tools/keladmin-inspect"
+parse_count="$build/bench/parse-count"
 cache="${KX_PEERS_DIR:-/tmp/kx-peers}"
 sizes="${KX_SIZES:-1000 10000 100000}"
 warmup="${KX_WARMUP:-2}"
 runs="${KX_RUNS:-5}"
+repeat="${KX_PARSE_REPEAT:-5}"
 results="${KX_RESULTS_DIR:-/tmp/kx-peers-results}"
 export KX_PEERS_DIR="$cache"
 
 [ -x "$inspect" ] || { echo "$0: no $inspect (build the keladmin-inspect target first)" >&2; exit 2; }
+[ -x "$parse_count" ] || { echo "$0: no $parse_count (configure with -DKX_BUILD_BENCHMARKS=ON and build the parse-count target)" >&2; exit 2; }
 for tool in hyperfine python3; do
     command -v "$tool" >/dev/null || { echo "$0: $tool is missing (bench/peers/setup.sh installs it)" >&2; exit 2; }
 done
@@ -98,6 +106,22 @@ for n in $sizes; do
         --export-json "$results/peers-$n.json" "${args[@]}" >/dev/null
 done
 
+# In-process: each reader's own parse times, KX_PARSE_REPEAT of them per
+# process, collected into one file per size.
+for n in $sizes; do
+    echo "run: parsing dict-$n.dcf $repeat times in each reader's process" >&2
+    for p in "${peers[@]}" "codebook reader (parse-count)|$parse_count"; do
+        IFS='|' read -r name cmd <<<"$p"
+        # shellcheck disable=SC2086
+        if ! KX_PARSE_REPEAT="$repeat" $cmd "$work/dict-$n.dcf" >/dev/null 2>"$work/stderr"; then
+            echo "$0: $name failed on dict-$n.dcf" >&2
+            cat "$work/stderr" >&2
+            exit 1
+        fi
+        printf '%s\t%s\n' "$name" "$(sed -n 's/^parse-seconds: *//p' "$work/stderr" | tail -n 1)"
+    done >"$results/inprocess-$n.tsv"
+done
+
 commit="${KX_COMMIT:-$(git -C "$repo" rev-parse --short HEAD 2>/dev/null || echo unknown)}"
 if [ -z "${KX_COMMIT:-}" ] && [ -n "$(git -C "$repo" status --porcelain --untracked-files=no 2>/dev/null)" ]; then
     commit="$commit + uncommitted changes"
@@ -107,9 +131,9 @@ echo "Measured $(date -u '+%Y-%m-%d %H:%M UTC') at commit $commit," \
      "$(nproc) CPUs ($(lscpu | sed -n 's/^Model name: *//p' | head -n 1)), hyperfine --warmup $warmup --runs $runs," \
      "whole process, mean ± standard deviation:"
 echo
-python3 - "$results" $sizes <<'EOF'
-import json, sys
-folder, sizes = sys.argv[1], [int(s) for s in sys.argv[2:]]
+python3 - "$results" "$repeat" $sizes <<'EOF'
+import json, statistics, sys
+folder, repeat, sizes = sys.argv[1], int(sys.argv[2]), [int(s) for s in sys.argv[3:]]
 table = {}  # name -> {size: (mean, stddev)}
 order = []
 for n in sizes:
@@ -139,4 +163,44 @@ for mine in ours:
         best = min(peers, key=lambda c: table[c][n][0])
         cells.append(f"{table[best][n][0] / table[mine][n][0]:.1f} ({best})")
     print(f"| fastest peer / `{mine[len('keladmin-inspect '):]}` | " + " | ".join(cells) + " |")
+
+# In-process: the best of each reader's parse times (the JIT-compiled peers'
+# later parses are their fastest), the median after it.
+inproc = {}  # name -> {size: [seconds]}
+inorder = []
+for n in sizes:
+    with open(f"{folder}/inprocess-{n}.tsv") as f:
+        for line in f:
+            name, times = line.rstrip("\n").split("\t")
+            if name not in inproc:
+                inorder.append(name)
+                inproc[name] = {}
+            inproc[name][n] = [float(t) for t in times.split()]
+
+def fmt_s(t):
+    if t < 0.01:
+        return f"{t * 1e3:.1f} ms"
+    return f"{t * 1e3:.0f} ms" if t < 1 else f"{t:.2f} s"
+
+print()
+print(f"In process, {repeat} parses of the file in one process per reader, "
+      "best (median); the runtimes' start-up is not counted:")
+print()
+mine = [c for c in inorder if c.startswith("codebook reader")]
+others = [c for c in inorder if c not in mine]
+print("| Reader | " + " | ".join(f"{n:,} items" for n in sizes) + " |")
+print("|---|" + "---|" * len(sizes))
+for c in others + mine:
+    name = f"**{c}**" if c in mine else c
+    print(f"| {name} | " + " | ".join(
+        f"{fmt_s(min(inproc[c][n]))} ({fmt_s(statistics.median(inproc[c][n]))})" for n in sizes) + " |")
+for c in mine:
+    cells = []
+    for n in sizes:
+        if not others:
+            cells.append("–")
+            continue
+        best = min(others, key=lambda o: min(inproc[o][n]))
+        cells.append(f"{min(inproc[best][n]) / min(inproc[c][n]):.1f} ({best})")
+    print("| fastest peer / codebook reader | " + " | ".join(cells) + " |")
 EOF

@@ -5,6 +5,7 @@
 
 #ifdef KX_HAVE_INSPECT
 
+#include "CodebookWriters.h"
 #include "CsvWriter.h"
 #include "ColumnLayout.h"
 #include "HtmlWriter.h"
@@ -501,6 +502,57 @@ TEST(InspectLabelCell, NeverSplitsASurrogatePair)
     const QString smile = QString::fromUcs4(U"\U0001F600");
     const QString label = QString(58, QLatin1Char('a')) + smile + QStringLiteral("tail");
     EXPECT_EQ(labelCell(label, false), QString(58, QLatin1Char('a')) + Ellipsis);
+}
+
+TEST(InspectLabelCell, KeepsASurrogatePairThatEndsAtTheCut)
+{
+    // 57 letters and U+1F600 fill the 59 units before the ellipsis exactly.
+    const QString smile = QString::fromUcs4(U"\U0001F600");
+    const QString label = QString(57, QLatin1Char('a')) + smile + QStringLiteral("tail");
+    EXPECT_EQ(labelCell(label, false), QString(57, QLatin1Char('a')) + smile + Ellipsis);
+}
+
+TEST(InspectLabelCell, EscapesAControlCharacterBeforeTheCut)
+{
+    const QString label = QLatin1Char('\t') + QString(70, QLatin1Char('a'));
+    EXPECT_EQ(labelCell(label, false), QStringLiteral("\\u0009") + QString(53, QLatin1Char('a')) + Ellipsis);
+}
+
+//! A variable with 30 codes "1=Label 1" to "30=Label 30".
+KxCodebook::Variable variableWithThirtyValues()
+{
+    KxCodebook::ValueSet set;
+    for (int code = 1; code <= 30; ++code) {
+        KxCodebook::Value value;
+        KxCodebook::Code c;
+        c.from = QString::number(code);
+        value.codes << c;
+        value.labels.texts << QStringLiteral("Label %1").arg(code);
+        set.values << value;
+    }
+    KxCodebook::Variable v;
+    v.valueSets << set;
+    return v;
+}
+
+TEST(InspectCodebookValuesCell, JoinsEveryEntry)
+{
+    const QString cell = codebookValuesCell(variableWithThirtyValues());
+    EXPECT_TRUE(cell.startsWith(QStringLiteral("1=Label 1; 2=Label 2; 3=Label 3; ")));
+    EXPECT_TRUE(cell.endsWith(QStringLiteral("; 30=Label 30")));
+    EXPECT_EQ(cell.count(QStringLiteral("; ")), 29);
+}
+
+TEST(InspectCodebookValuesCell, StopsOnceLongerThanEnoughAndCutsAlike)
+{
+    const KxCodebook::Variable v = variableWithThirtyValues();
+    const QString whole = codebookValuesCell(v);
+    const QString start = codebookValuesCell(v, MaxTableLabel);
+    EXPECT_GT(start.size(), MaxTableLabel);
+    EXPECT_LT(start.size(), whole.size());
+    EXPECT_TRUE(whole.startsWith(start));
+    EXPECT_EQ(labelCell(start, false), labelCell(whole, false));
+    EXPECT_EQ(labelCell(start, false), whole.left(MaxTableLabel - 1) + Ellipsis);
 }
 
 TEST(InspectTableWriter, CutsFieldAndValueLabelsButNotNames)

@@ -294,6 +294,9 @@ TEST_F(Inspector, DecimalAskWithoutItsGuiModuleSaysSoAndAnswersNoToAll)
     env.insert(QStringLiteral("DISPLAY"), QStringLiteral(":99"));
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("vnc:port=0"));
     env.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
+    // The module finds the libraries relative to its own folder, which the copy left.
+    env.insert(QStringLiteral("LD_LIBRARY_PATH"), built.absoluteFilePath(QStringLiteral("../model_KelAdmin")) + QLatin1Char(':')
+                                                      + built.absoluteFilePath(QStringLiteral("../codebook")));
     p.setProcessEnvironment(env);
     p.start(copied, {QStringLiteral("--decimal"), QStringLiteral("ask"), census});
     ASSERT_TRUE(p.waitForFinished(60000));
@@ -338,6 +341,25 @@ TEST_F(Inspector, ProgramWithoutTheInspectorModuleStillHelpsAndSaysWhatIsMissing
     EXPECT_EQ(run.exitCode(), 127);
     EXPECT_TRUE(run.readAllStandardOutput().isEmpty());
     EXPECT_TRUE(run.readAllStandardError().startsWith("keladmin-inspect: cannot load keladmin-inspect-core.so: "));
+}
+
+TEST_F(Inspector, LoadsNoLibraryFromTheWorkingDirectory)
+{
+    // Files named as the libraries the inspector and its module load, but no
+    // libraries: a run from this folder must not even try them.
+    for (const char *name : {"libQt5Core.so.5", "libmodel_KelAdmin.so.1", "libkelcodebook.so.1", "libreadstat.so.1",
+                             "libstdc++.so.6", "libc.so.6"}) {
+        QFile bogus(dir.filePath(QString::fromLatin1(name)));
+        ASSERT_TRUE(bogus.open(QIODevice::WriteOnly));
+        bogus.write("not a library\n");
+    }
+    const QString census = samplePath(QStringLiteral("census.dcf"));
+    for (const QStringList &args : {QStringList{census}, QStringList{QStringLiteral("--codebook"), census}}) {
+        const Outcome r = runInspector(args, dir.path());
+        EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+        EXPECT_TRUE(r.out.startsWith(QStringLiteral("File:")) && r.out.contains(QStringLiteral("census.dcf")))
+            << r.out.toStdString();
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(

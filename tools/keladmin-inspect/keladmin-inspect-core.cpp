@@ -311,6 +311,14 @@ int inspectSeveral(const InspectOptions &o, bool dialogPossible)
     return status;
 }
 
+//! Whether the run reads through the front end's library (as inspect() goes), not the codebook library alone.
+bool readsWithFrontEnd(const InspectOptions &o)
+{
+    if (severalFiles(o))
+        return true;
+    return !o.diff && o.ddi.isEmpty() && !o.codebook;
+}
+
 int inspect(const InspectOptions &o, bool dialogPossible)
 {
     if (severalFiles(o))
@@ -386,7 +394,7 @@ extern "C" __attribute__((visibility("default"))) int kx_inspect_main(int argc, 
         return finishOutput(ExitOk, printHelp());
     if (o.version)
         return finishOutput(ExitOk, printVersion());
-    setVerboseLog(o.verbose);
+    setVerboseLog(o.verbose, readsWithFrontEnd(o));
 
     // Only an explicit request to ask, with a display, gets a GUI application;
     // everything else runs without one and never opens a dialog.

@@ -22,8 +22,10 @@ void printError(const QString &file, const QString &problem);
 QTextStream &standardOutput();
 //! Keeps the library's debug log off stderr unless \a verbose.
 void installMessageFilter();
-//! Lets the debug log through from now on when \a verbose.
-void setVerboseLog(bool verbose);
+/*! Lets the debug log through from now on when \a verbose. When not, and
+ * \a traceLinesPossible (the run reads through the front end's library),
+ * the library's trace lines are turned off where they are made. */
+void setVerboseLog(bool verbose, bool traceLinesPossible);
 
 } // namespace kxinspect
 

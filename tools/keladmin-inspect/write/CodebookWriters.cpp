@@ -110,18 +110,21 @@ int codebookSchemaVersion()
     return CodebookJsonSchemaVersion;
 }
 
-QString codebookValuesCell(const Variable &v)
+QString codebookValuesCell(const Variable &v, int enough)
 {
-    QStringList entries;
+    QString cell;
     for (const ValueSet &set : v.valueSets) {
         for (const Value &value : set.values) {
-            QString entry = codesText(value.codes) + QLatin1Char('=') + value.labels.primary();
+            if (enough >= 0 && cell.size() > enough)
+                return cell;
+            if (!cell.isEmpty())
+                cell += QLatin1String("; ");
+            cell += codesText(value.codes) + QLatin1Char('=') + value.labels.primary();
             if (value.special != Special::None)
-                entry += QStringLiteral(" [%1]").arg(specialName(value.special));
-            entries << entry;
+                cell += QLatin1String(" [") + specialName(value.special) + QLatin1Char(']');
         }
     }
-    return entries.join(QStringLiteral("; "));
+    return cell;
 }
 
 QString codebookMissingCell(const Variable &v)
@@ -148,7 +151,7 @@ void writeCodebookTable(const Codebook &codebook, const WriteSettings &settings,
         for (const QString &cell : variableCells(v))
             cells << printable(cell);
         cells << labelCell(v.labels.primary(), settings.wideLabels)
-              << labelCell(codebookValuesCell(v), settings.wideLabels)
+              << labelCell(codebookValuesCell(v, settings.wideLabels ? -1 : MaxTableLabel), settings.wideLabels)
               << labelCell(codebookMissingCell(v), settings.wideLabels);
         rows << cells;
     }

@@ -20,8 +20,10 @@ int codebookSchemaVersion();
 
 /*! The value sets of \a v as one cell: "code=label" entries joined by "; ",
  * a range as "from:to", the special value in brackets ("9=Missing [MISSING]");
- * the primary label. */
-QString codebookValuesCell(const KxCodebook::Variable &v);
+ * the primary label. With \a enough of 0 or more, no entry is added once the
+ * cell is longer than \a enough characters: a table cell that will be cut
+ * needs only its start. */
+QString codebookValuesCell(const KxCodebook::Variable &v, int enough = -1);
 /*! The declared missing values of \a v as one cell: "code [SPECIAL]" or
  * "from:to" entries joined by "; ", each with "=label" when it has one. */
 QString codebookMissingCell(const KxCodebook::Variable &v);

@@ -8,6 +8,21 @@
 
 namespace kxinspect {
 
+namespace {
+
+//! Characters at the start of \a label that a cut cell keeps as they are, or -1 when one of them needs an escape.
+int plainCutLength(const QString &label)
+{
+    const QString head = label.left(MaxTableLabel);
+    if (printable(head).size() != head.size())
+        return -1;
+    const int keep = MaxTableLabel - 1;
+    const bool pairAtCut = label.at(keep - 1).isHighSurrogate() && label.at(keep).isLowSurrogate();
+    return pairAtCut ? keep - 1 : keep;
+}
+
+} // namespace
+
 QString labelCell(const QString &label, bool wide)
 {
     if (wide)
@@ -16,6 +31,12 @@ QString labelCell(const QString &label, bool wide)
         const QString whole = printable(label);
         if (whole.size() <= MaxTableLabel)
             return whole;
+    } else {
+        // An escape is never shorter than its character, so a label whose
+        // first characters need none is cut where it stands.
+        const int plain = plainCutLength(label);
+        if (plain >= 0)
+            return label.left(plain) + QChar(0x2026);
     }
     // Whole characters and escapes only, as many as leave room for the ellipsis.
     QString cut;
