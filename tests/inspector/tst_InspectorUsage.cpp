@@ -343,6 +343,49 @@ TEST_F(Inspector, ProgramWithoutTheInspectorModuleStillHelpsAndSaysWhatIsMissing
     EXPECT_TRUE(run.readAllStandardError().startsWith("keladmin-inspect: cannot load keladmin-inspect-core.so: "));
 }
 
+TEST_F(Inspector, CodebookRunsNeedNeitherTheInspectorModuleNorTheFrontEndLibrary)
+{
+    // The program and its codebook module alone, with the codebook library
+    // only on the library path: what reads with the codebook library works,
+    // and what needs the front end is handed over to the missing module.
+    const QDir built = QFileInfo(program()).dir();
+    const QString copy = dir.filePath(QStringLiteral("keladmin-inspect"));
+    ASSERT_TRUE(QFile::copy(program(), copy));
+    ASSERT_TRUE(QFile::setPermissions(copy, QFile::permissions(copy) | QFileDevice::ExeOwner));
+    ASSERT_TRUE(QFile::copy(built.filePath(QStringLiteral("keladmin-inspect-codebook.so")),
+                            dir.filePath(QStringLiteral("keladmin-inspect-codebook.so"))));
+    const auto run = [&](const QStringList &args) {
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("LD_LIBRARY_PATH"), built.absoluteFilePath(QStringLiteral("../codebook")));
+        env.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
+        p.setProcessEnvironment(env);
+        p.start(copy, args);
+        EXPECT_TRUE(p.waitForFinished(60000));
+        return std::make_pair(p.exitCode(), QString::fromUtf8(p.readAllStandardOutput() + p.readAllStandardError()));
+    };
+    const QString census = samplePath(QStringLiteral("census.dta"));
+    const QString round1 = samplePath(QStringLiteral("census.dcf"));
+    const QString round2 = samplePath(QStringLiteral("census-round2.dcf"));
+
+    const auto table = run({QStringLiteral("--codebook"), census});
+    EXPECT_EQ(table.first, 0) << table.second.toStdString();
+    EXPECT_TRUE(table.second.startsWith(QStringLiteral("File:              ") + census)) << table.second.toStdString();
+    const auto ddi = run({QStringLiteral("--ddi"), QStringLiteral("-"), census});
+    EXPECT_EQ(ddi.first, 0) << ddi.second.toStdString();
+    EXPECT_TRUE(ddi.second.contains(QStringLiteral("<codeBook"))) << ddi.second.toStdString();
+    const auto diff = run({QStringLiteral("--diff"), round1, round2});
+    EXPECT_EQ(diff.first, 6) << diff.second.toStdString();  // the documented status of a diff with changes
+
+    const QString missing = QStringLiteral("keladmin-inspect: cannot load keladmin-inspect-core.so: ");
+    for (const QStringList &args : {QStringList{census}, QStringList{QStringLiteral("--codebook")},
+                                    QStringList{QStringLiteral("--codebook"), QStringLiteral("--version")}}) {
+        const auto handedBack = run(args);
+        EXPECT_EQ(handedBack.first, 127) << args.join(QLatin1Char(' ')).toStdString();
+        EXPECT_TRUE(handedBack.second.startsWith(missing)) << handedBack.second.toStdString();
+    }
+}
+
 TEST_F(Inspector, LoadsNoLibraryFromTheWorkingDirectory)
 {
     // Files named as the libraries the inspector and its module load, but no
