@@ -11,7 +11,10 @@
 #   KX_PEERS_DIR    the peers, as setup.sh left them (default /tmp/kx-peers)
 #   KX_SIZES        item counts of the dictionaries (default "1000 10000 100000")
 #   KX_WARMUP, KX_RUNS  hyperfine's --warmup and --runs (default 2 and 5)
-#   KX_PARSE_REPEAT readings per process for the in-process times (default 5)
+#   KX_PARSE_REPEAT readings per process for the in-process times, and
+#                   processes for the front end's reading (default 5)
+#   KX_READSTAT_ROUNDS  rounds of bench/inspector-vs-readstat.sh run at the end
+#                   (default 10; 0 leaves it out)
 #   KX_RESULTS_DIR  where hyperfine's JSON exports are kept
 #                   (default /tmp/kx-peers-results)
 #   KX_COMMIT       the commit BUILD_DIR was built from, for the table's
@@ -24,7 +27,11 @@
 # out of the timing, with a message. Then every reader parses every dictionary
 # KX_PARSE_REPEAT times in one process and prints each parse's own time (the
 # drivers' "parse-seconds:" line on stderr): the in-process times, without
-# the runtimes' start-up. Both tables are printed in Markdown.
+# the runtimes' start-up. The front end's reading (parse-count --front-end)
+# is timed the same way, to tell what share of `keladmin-inspect --json` is
+# output and exit. The tables are printed in Markdown, the targets' verdicts
+# after them, and last the inspector against `readstat`
+# (bench/inspector-vs-readstat.sh, which needs the sample writer in BUILD_DIR).
 set -euo pipefail
 
 build="${1:?usage: $0 BUILD_DIR}"
@@ -59,6 +66,8 @@ ours=(
     "keladmin-inspect --codebook --json|$inspect --codebook --json"
     "keladmin-inspect --json|$inspect --json"
 )
+# Start-up alone (the file's path is appended, and ignored by --version).
+startup="keladmin-inspect --version|$inspect --version"
 
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
@@ -97,7 +106,7 @@ done
 
 for n in $sizes; do
     args=()
-    for p in "${peers[@]}" "${ours[@]}"; do
+    for p in "${peers[@]}" "${ours[@]}" "$startup"; do
         IFS='|' read -r name cmd <<<"$p"
         args+=(--command-name "$name" "$cmd $work/dict-$n.dcf")
     done
@@ -120,6 +129,12 @@ for n in $sizes; do
         fi
         printf '%s\t%s\n' "$name" "$(sed -n 's/^parse-seconds: *//p' "$work/stderr" | tail -n 1)"
     done >"$results/inprocess-$n.tsv"
+    frontend=()
+    for _ in $(seq "$repeat"); do
+        "$parse_count" --front-end "$work/dict-$n.dcf" >/dev/null 2>"$work/stderr"
+        frontend+=("$(sed -n 's/^parse-seconds: *//p' "$work/stderr")")
+    done
+    printf '%s\n' "${frontend[*]}" >"$results/frontend-$n.txt"
 done
 
 commit="${KX_COMMIT:-$(git -C "$repo" rev-parse --short HEAD 2>/dev/null || echo unknown)}"
@@ -147,11 +162,11 @@ for n in sizes:
 def fmt(mean, sd):
     return f"{mean * 1e3:.0f} ± {sd * 1e3:.0f} ms" if mean < 1 else f"{mean:.2f} ± {sd:.2f} s"
 
-ours = [c for c in order if c.startswith("keladmin-inspect")]
-peers = [c for c in order if c not in ours]
+ours = [c for c in order if c.startswith("keladmin-inspect") and c != "keladmin-inspect --version"]
+peers = [c for c in order if not c.startswith("keladmin-inspect")]
 print("| Reader | " + " | ".join(f"{n:,} items" for n in sizes) + " |")
 print("|---|" + "---|" * len(sizes))
-for c in peers + ours:
+for c in peers + ours + ["keladmin-inspect --version"]:
     name = f"**{c}**" if c in ours else c
     print(f"| {name} | " + " | ".join(fmt(*table[c][n]) for n in sizes) + " |")
 for mine in ours:
@@ -203,4 +218,47 @@ for c in mine:
         best = min(others, key=lambda o: min(inproc[o][n]))
         cells.append(f"{min(inproc[best][n]) / min(inproc[c][n]):.1f} ({best})")
     print("| fastest peer / codebook reader | " + " | ".join(cells) + " |")
+
+# The front end's --json: output and exit (the whole process less its
+# start-up and its reading) as a share of the reading.
+print()
+print("The front end's `--json`: reading in process (median of "
+      f"{repeat} processes), output and exit = whole `--json` less `--version` and the reading:")
+print()
+print("| | " + " | ".join(f"{n:,} items" for n in sizes) + " |")
+print("|---|" + "---|" * len(sizes))
+reading = {}
+for n in sizes:
+    with open(f"{folder}/frontend-{n}.txt") as f:
+        reading[n] = statistics.median(float(t) for t in f.read().split())
+shares = {n: (table["keladmin-inspect --json"][n][0] - table["keladmin-inspect --version"][n][0] - reading[n])
+             / reading[n] for n in sizes}
+print("| reading (parse-count --front-end) | " + " | ".join(fmt_s(reading[n]) for n in sizes) + " |")
+print("| whole `--json` | " + " | ".join(fmt_s(table["keladmin-inspect --json"][n][0]) for n in sizes) + " |")
+print("| output and exit / reading | " + " | ".join(f"{shares[n] * 100:.0f} %" for n in sizes) + " |")
+
+def verdict(ok):
+    return "met" if ok else "NOT MET"
+
+print()
+if others:
+    whole = [min(table[c][n][0] for c in peers) / table["keladmin-inspect --codebook --json"][n][0] for n in sizes]
+    print(f"Target: --codebook --json at least 2 x the fastest peer at every size: "
+          f"{', '.join(f'{r:.1f}' for r in whole)}: {verdict(min(whole) >= 2)}")
+    largest = max(sizes)
+    best = min(min(inproc[o][largest]) for o in others)
+    inr = best / min(inproc[mine[0]][largest])
+    print(f"Target: the codebook reader in process at least 3 x the fastest peer at {largest:,} items: "
+          f"{inr:.1f}: {verdict(inr >= 3)}")
+print(f"Target: the front end's output and exit at most 30 % of its reading: "
+      f"{', '.join(f'{shares[n] * 100:.0f} %' for n in sizes)}: {verdict(max(shares.values()) <= 0.30)}")
 EOF
+
+rounds="${KX_READSTAT_ROUNDS:-10}"
+if [ "$rounds" != 0 ]; then
+    echo
+    echo "The inspector against readstat (bench/inspector-vs-readstat.sh, $rounds rounds):"
+    echo
+    "$here/../inspector-vs-readstat.sh" "$build" "$rounds" 30 \
+        || echo "run: bench/inspector-vs-readstat.sh could not run (see above)" >&2
+fi

@@ -1318,6 +1318,8 @@ TEST(InspectJsonWriter, StreamsTheDocumentQtMakes)
         f.valueLabels.clear();
     }
     asText.fields[0].valueLabelText += QStringLiteral("Q \"quoted\" \\ \x01 \u00e9\u20ac\t");
+    // A code without a label, empty entries, a blank label, and a last entry without its tab.
+    asText.fields[0].valueLabelText += QStringLiteral("7\t\t\t8 \t9  two blanks\t10 last");
     InspectReport emptyLookup = lookupReport(10, 0);
     emptyLookup.lookup.labelFrequencies.clear();
     WriteSettings noNotes;

@@ -159,14 +159,42 @@ struct StreamedArray
     std::function<QByteArray(int)> elementText = nullptr;
 };
 
+/*! Calls \a each(code, label) for every value label of \a f, in order, as
+ * valueLabelsOf() gives them; the importer's text is not copied: the texts
+ * handed over share its characters and live only during the call. */
+template <typename Each>
+void forEachValueLabel(const FieldRow &f, Each each)
+{
+    if (!f.valueLabels.isEmpty()) {
+        for (const ValueLabel &vl : f.valueLabels)
+            each(vl.code, vl.label);
+        return;
+    }
+    const QString &text = f.valueLabelText;
+    for (int from = 0; from < text.size();) {
+        int end = text.indexOf(QLatin1Char('\t'), from);
+        if (end < 0)
+            end = text.size();
+        const int length = end - from;
+        if (length > 0) {
+            const QChar *entry = text.constData() + from;
+            const int blank = QStringRef(&text, from, length).indexOf(QLatin1Char(' '));
+            if (blank < 0)
+                each(QString::fromRawData(entry, length), QString());
+            else
+                each(QString::fromRawData(entry, blank), QString::fromRawData(entry + blank + 1, length - blank - 1));
+        }
+        from = end + 1;
+    }
+}
+
 /* A field as Qt writes it as an element of the report's "fields", keys in
  * Qt's order, without building a QJsonObject: the fields are most of a
  * dictionary's report, and their value labels most of the fields. */
 QByteArray fieldElementText(const FieldRow &f)
 {
-    const QList<ValueLabel> valueLabels = valueLabelsOf(f);
     QByteArray out;
-    out.reserve(400 + 100 * valueLabels.size());
+    out.reserve(400 + 2 * f.valueLabelText.size() + 100 * f.valueLabels.size());
     const auto key = [&out](const char *name) {
         out += "            \"";
         out += name;
@@ -196,14 +224,16 @@ QByteArray fieldElementText(const FieldRow &f)
     text("type", f.type);
     key("valueLabels");
     out += "[\n";
-    for (int i = 0; i < valueLabels.size(); ++i) {
-        out += i == 0 ? "                {\n                    \"code\": " : ",\n                {\n                    \"code\": ";
-        KxCodebook::appendJsonString(&out, valueLabels.at(i).code);
+    bool first = true;
+    forEachValueLabel(f, [&out, &first](const QString &code, const QString &label) {
+        out += first ? "                {\n                    \"code\": " : ",\n                {\n                    \"code\": ";
+        first = false;
+        KxCodebook::appendJsonString(&out, code);
         out += ",\n                    \"label\": ";
-        KxCodebook::appendJsonString(&out, valueLabels.at(i).label);
+        KxCodebook::appendJsonString(&out, label);
         out += "\n                }";
-    }
-    out += valueLabels.isEmpty() ? "            ]\n        }" : "\n            ]\n        }";
+    });
+    out += first ? "            ]\n        }" : "\n            ]\n        }";
     return out;
 }
 
