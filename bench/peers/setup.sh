@@ -23,7 +23,7 @@ here="$(cd "$(dirname "$0")" && pwd)"
 cache="${KX_PEERS_DIR:-/tmp/kx-peers}"
 mirrors="${KX_MIRROR_DIR:-/work/.mirror}"
 
-packages=(hyperfine python3 python3-transitions python3-chardet php-cli r-base-core
+packages=(hyperfine readstat python3 python3-transitions python3-chardet php-cli r-base-core
           default-jdk-headless mono-mcs mono-runtime libmono-i18n-west4.0-cil)
 missing=()
 for p in "${packages[@]}"; do
