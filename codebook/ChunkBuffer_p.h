@@ -50,7 +50,7 @@ public:
     void addEscaped(const QString &text, size_t maxBytesPerUnit, Escape escape)
     {
         constexpr int Slice = 4096;
-        const ushort *units = text.utf16();
+        const ushort *units = reinterpret_cast<const ushort *>(text.unicode());
         const int size = text.size();
         for (int begin = 0; begin < size;) {
             int end = std::min(size, begin + Slice);

@@ -515,7 +515,8 @@ void appendJsonString(QByteArray *out, const QString &text)
     out->resize(at + 2 + MaxBytesPerUnit * text.size());
     char *begin = out->data() + at;
     *begin = '"';
-    char *end = putJsonEscaped(begin + 1, text.utf16(), 0, text.size());
+    // unicode(), not utf16(): a text over raw data is read where it stands, not copied to end it.
+    char *end = putJsonEscaped(begin + 1, reinterpret_cast<const ushort *>(text.unicode()), 0, text.size());
     *end++ = '"';
     out->resize(int(end - out->data()));
 }

@@ -205,5 +205,11 @@ TEST(CodebookJsonString, QuotesAndEscapesAsQtWritesAString)
         appendJsonString(&ours, text);
         ours += "]";
         EXPECT_EQ(ours, qt) << text.toStdString();
+        // The same characters as raw data inside a longer text, not ended where the string ends.
+        const QString longer = text + QStringLiteral("tail\"");
+        QByteArray fromRaw = "[";
+        appendJsonString(&fromRaw, QString::fromRawData(longer.constData(), text.size()));
+        fromRaw += "]";
+        EXPECT_EQ(fromRaw, qt) << text.toStdString();
     }
 }

@@ -26,12 +26,16 @@ QString codeText(const QString &from, const QString &to, bool isRange)
     return isRange ? from + QLatin1Char(':') + to : from;
 }
 
-QString codesText(const QVector<Code> &codes)
+void appendCodes(QString &out, const QVector<Code> &codes)
 {
-    QStringList parts;
-    for (const Code &c : codes)
-        parts << codeText(c.from, c.to, c.isRange);
-    return parts.join(QLatin1Char(' '));
+    for (int i = 0; i < codes.size(); ++i) {
+        const Code &c = codes.at(i);
+        if (i > 0)
+            out += QLatin1Char(' ');
+        out += c.from;
+        if (c.isRange)
+            out += QLatin1Char(':') + c.to;
+    }
 }
 
 QString languagesText(const QVector<Language> &languages)
@@ -119,7 +123,8 @@ QString codebookValuesCell(const Variable &v, int enough)
                 return cell;
             if (!cell.isEmpty())
                 cell += QLatin1String("; ");
-            cell += codesText(value.codes) + QLatin1Char('=') + value.labels.primary();
+            appendCodes(cell, value.codes);
+            cell += QLatin1Char('=') + value.labels.primary();
             if (value.special != Special::None)
                 cell += QLatin1String(" [") + specialName(value.special) + QLatin1Char(']');
         }

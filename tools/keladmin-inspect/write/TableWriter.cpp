@@ -67,7 +67,13 @@ void writeTable(QTextStream &out, const QStringList &header, const QList<QString
             if (c + 1 < row.size())
                 line.resize(line.size() + width[c] - row.at(c).size() + 2, QLatin1Char(' '));
         }
-        out << line.trimmed() << "\n";
+        int first = 0;
+        int end = line.size();
+        while (first < end && line.at(first).isSpace())
+            ++first;
+        while (end > first && line.at(end - 1).isSpace())
+            --end;
+        out << QStringRef(&line, first, end - first) << "\n";  // trimmed, without a copy
     };
     writeRow(header);
     for (const QStringList &row : rows)
