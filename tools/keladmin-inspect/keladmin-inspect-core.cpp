@@ -2,14 +2,13 @@
 // more to do than print its help: opens a data description with the
 // library's importers, as the front end does, and prints the data-source
 // description it yields; or reads a lookup file and prints its entries,
-// messages and label counts. The work is done in the rooms under inspect/:
-// the options, the report that the importers fill, one writer per output.
+// messages and label counts. The work is done in the rooms beside it (cli/,
+// read/, write/): the options, the report that the importers fill, one writer
+// per output. The codebook's runs (--codebook, --ddi, --diff) are
+// cli/CodebookRuns, which keladmin-inspect-codebook.so runs too.
 #include "CodebookRuns.h"
 #include "CsvWriter.h"
-#include "DiffPage.h"
-#include "DiffWriters.h"
 #include "FileList.h"
-#include "FileOutput.h"
 #include "HtmlWriter.h"
 #include "InspectOptions.h"
 #include "InspectReport.h"
@@ -31,8 +30,6 @@
 #include <QScopedPointer>
 #include <QTextStream>
 
-#include <KxCodebookDdi.h>
-#include <model_KelAdmin_version.h>
 
 #include <dlfcn.h>
 
