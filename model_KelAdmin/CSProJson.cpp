@@ -1,5 +1,6 @@
 #include "CSProJson.h"
 
+#include "CSProCodeNotes_p.h"
 #include "KxConstants.h"
 #include "KxTrace_p.h"
 
@@ -708,8 +709,7 @@ void TCSProJson::noteSubitem(const QJsonObject &jsonItem, const QString &itemNam
 {
     if (!noteKeys.subitem)
         return;
-    const bool subitem = noteKeys.subitem && jsonItem.value(QStringLiteral("subitem")).toBool(false);
-    if (!subitem) {
+    if (!jsonItem.value(QStringLiteral("subitem")).toBool(false)) {
         parentName = itemName;
         const QJsonValue occurrences = jsonItem.value(QStringLiteral("occurrences"));
         parentOccurrences = occurrences.isObject() ? occurrences.toObject().value(QStringLiteral("maximum")).toInt(1) : 1;
@@ -756,27 +756,10 @@ void TCSProJson::noteCodes(const TCSProItem &item)
     if (!item.valueSets || item.valueSets->isEmpty())
         return;
     const TCSProValueSet *valueSet = item.valueSets->first();
-    const bool integerField = item.isAlpha == 0 && item.len <= 9;
-    QStringList padded, rounded;
-    for (const TValueSetItem *entry : qAsConst(*valueSet->items)) {
-        if (item.isAlpha == 1 && entry->code.contains(SPACECHR))
-            padded << QLatin1Char('"') + entry->code + QLatin1Char('"');
-        // Six digits or fewer are written as they are.
-        if (!integerField || entry->code.size() <= 6)
-            continue;
-        bool ok = false;
-        const int value = entry->code.toInt(&ok, 10);
-        if (ok && QString::number(double(value), 'g', 6).toDouble() != value)
-            rounded << QStringLiteral("%1 as %2").arg(entry->code.trimmed(), QString::number(double(value), 'g', 6));
-    }
+    const QString padded = item.isAlpha == 1 ? paddedCodesNote(*valueSet) : QString();
     if (!padded.isEmpty())
-        addReadNote(0, valueSet->name, TReadNoteKind::PaddedCodeSplit,
-                    QStringLiteral("Value set %1: the codes %2 hold blanks, so in the field's value labels, a code "
-                                   "and its label parted by a blank, they run into their labels.")
-                        .arg(valueSet->name, padded.join(QStringLiteral(", "))));
+        addReadNote(0, valueSet->name, TReadNoteKind::PaddedCodeSplit, padded);
+    const QString rounded = item.isAlpha == 0 && item.len <= 9 ? roundedCodesNote(*valueSet) : QString();
     if (!rounded.isEmpty())
-        addReadNote(0, valueSet->name, TReadNoteKind::CodeRounded,
-                    QStringLiteral("Value set %1: the field is an integer, whose value labels write codes with 6 "
-                                   "significant digits: the reading kept %2.")
-                        .arg(valueSet->name, rounded.join(QStringLiteral(", "))));
+        addReadNote(0, valueSet->name, TReadNoteKind::CodeRounded, rounded);
 }

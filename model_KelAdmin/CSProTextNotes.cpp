@@ -1,6 +1,7 @@
 #include "CSProTextNotes_p.h"
 
 #include "CSPro.h"
+#include "CSProCodeNotes_p.h"
 #include "KxConstants.h"
 #include "ReadNote.h"
 
@@ -277,15 +278,6 @@ void TCSProTextNotes::noteLimit(int line, const QString &subject, const QString 
 
 namespace {
 
-QString listed(const QStringList &texts)
-{
-    constexpr int Shown = 5;
-    QStringList shown = texts.mid(0, Shown);
-    if (texts.size() > Shown)
-        shown << QStringLiteral("and %1 more").arg(texts.size() - Shown);
-    return shown.join(QStringLiteral(", "));
-}
-
 QString quoted(const QString &text)
 {
     return QLatin1Char('\'') + text + QLatin1Char('\'');
@@ -294,16 +286,6 @@ QString quoted(const QString &text)
 bool isQuote(QChar c)
 {
     return c == QLatin1Char('\'') || c == QLatin1Char('"');
-}
-
-// A code of an integer field is written with 6 significant digits: empty
-// when that keeps its value.
-QString roundedAsIntegerField(const QString &code)
-{
-    bool ok = false;
-    const int value = code.toInt(&ok, 10);
-    const QString written = QString::number(double(value), 'g', 6);
-    return ok && written.toDouble() != value ? written : QString();
 }
 
 } // namespace
@@ -427,7 +409,6 @@ void TCSProTextNotes::noteSubitem(const TCSProItem &item)
     if (item.isSubItem == 0) {
         parentName = item.name;
         parentOccurrences = item.occurrences;
-        parentStart = item.start;
         parentLength = item.len;
         return;
     }
@@ -461,7 +442,7 @@ void TCSProTextNotes::noteAttachedValueSet(const QStringList &section, const TCS
 {
     if (!lines)
         return;
-    QStringList ranges, quotes, languages, padded, rounded;
+    QStringList ranges, quotes, languages;
     QString rangeLine, quoteLine, languageLine;
     // Views into the lines: a value set read as CSPro means it costs no copy.
     for (const QString &line : section) {
@@ -484,37 +465,26 @@ void TCSProTextNotes::noteAttachedValueSet(const QStringList &section, const TCS
             languageLine = languageLine.isNull() ? line : languageLine;
         }
     }
-    const bool integerField = valueSet->isNumeric && q.currentItem->decimal == 0 && q.currentItem->len <= 9;
-    for (const TValueSetItem *entry : qAsConst(*valueSet->items)) {
-        if (!valueSet->isNumeric && entry->code.contains(SPACECHR))
-            padded << QLatin1Char('"') + entry->code + QLatin1Char('"');
-        // Six digits or fewer are written as they are.
-        if (integerField && entry->code.size() > 6 && !roundedAsIntegerField(entry->code).isEmpty())
-            rounded << QStringLiteral("%1 as %2").arg(entry->code.trimmed(), roundedAsIntegerField(entry->code));
-    }
     const QString name = valueSet->name;
     if (!ranges.isEmpty())
         q.addReadNote(fileLineOf(rangeLine), name, TReadNoteKind::RangeSplit,
                       QStringLiteral("Value set %1: the ranges %2 are kept as their two bound codes, and the codes "
                                      "between the bounds get no label.")
-                          .arg(name, listed(ranges)));
+                          .arg(name, listedForNote(ranges)));
     if (!quotes.isEmpty())
         q.addReadNote(fileLineOf(quoteLine), name, TReadNoteKind::QuotedCodeBent,
                       QStringLiteral("Value set %1: CSPro removes the quotes of a quoted code; the reading kept %2.")
-                          .arg(name, listed(quotes)));
+                          .arg(name, listedForNote(quotes)));
+    const QString padded = valueSet->isNumeric ? QString() : paddedCodesNote(*valueSet);
     if (!padded.isEmpty())
-        q.addReadNote(sectionHeaderIndex + 1, name, TReadNoteKind::PaddedCodeSplit,
-                      QStringLiteral("Value set %1: the codes %2 hold blanks, so in the field's value labels, a "
-                                     "code and its label parted by a blank, they run into their labels.")
-                          .arg(name, listed(padded)));
+        q.addReadNote(sectionHeaderIndex + 1, name, TReadNoteKind::PaddedCodeSplit, padded);
     if (!languages.isEmpty())
         q.addReadNote(fileLineOf(languageLine), name, TReadNoteKind::LanguageLabelsJoined,
                       QStringLiteral("Value set %1: the labels %2 hold one label per language, separated by '|'; "
                                      "CSPro's label is the first, and the reading kept the whole text.")
-                          .arg(name, listed(languages)));
+                          .arg(name, listedForNote(languages)));
+    const bool integerField = valueSet->isNumeric && q.currentItem->decimal == 0 && q.currentItem->len <= 9;
+    const QString rounded = integerField ? roundedCodesNote(*valueSet) : QString();
     if (!rounded.isEmpty())
-        q.addReadNote(sectionHeaderIndex + 1, name, TReadNoteKind::CodeRounded,
-                      QStringLiteral("Value set %1: the field is an integer, whose value labels write codes with 6 "
-                                     "significant digits: the reading kept %2.")
-                          .arg(name, listed(rounded)));
+        q.addReadNote(sectionHeaderIndex + 1, name, TReadNoteKind::CodeRounded, rounded);
 }

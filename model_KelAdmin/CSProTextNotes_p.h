@@ -97,7 +97,6 @@ private:
     // The last item that is not a subitem: the parent of the subitems after it.
     QString parentName;
     int parentOccurrences = 1;
-    int parentStart = 0;
     int parentLength = 0;
 
     QString ownCommandLine(const QStringList &section, const QString &command) const;

@@ -425,6 +425,25 @@ TEST_F(NoteCoverage, JsonPaddedAndLongCodes)
                       QStringLiteral("value"));
 }
 
+TEST_F(NoteCoverage, JsonPaddedCodesListedAsTheTextReaderListsThem)
+{
+    // Seven padded codes: the note names five and counts the rest, as for a text dictionary.
+    QByteArray values;
+    for (char c = 'A'; c <= 'G'; ++c)
+        values += QByteArray(values.isEmpty() ? "" : ",") + R"({"labels":[{"text":"L"}],"pairs":[{"value":")" + c
+            + " " + c + R"("}]})";
+    const CoverageReport report = coverageOf(
+        jsonDictionary(R"({"name":"ANSWER","contentType":"alpha","start":5,"length":3,"valueSets":[{"name":"ANSWER_VS1",
+            "values":[)" + values + "]}]}"),
+        ".json");
+    EXPECT_TRUE(report.notes.contains(
+        note(0, "ANSWER_VS1", "padded-code-split",
+             QStringLiteral("Value set ANSWER_VS1: the codes \"A A\", \"B B\", \"C C\", \"D D\", \"E E\", and 2 more "
+                            "hold blanks, so in the field's value labels, a code and its label parted by a blank, "
+                            "they run into their labels."))))
+        << describeNotes(report.notes);
+}
+
 TEST_F(NoteCoverage, JsonNumberOutOfRangeNoted)
 {
     const CoverageReport report = coverageOf(
