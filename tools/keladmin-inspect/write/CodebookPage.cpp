@@ -6,7 +6,6 @@
 
 #include <QHash>
 
-#include <algorithm>
 
 namespace kxinspect {
 
@@ -149,14 +148,11 @@ const char *const VariableHeader =
     "<th>Values</th><th>Missing</th><th>Where the front end differs</th></tr></thead>\n";
 
 void writeVariables(const QVector<Variable> &variables, const QVector<Language> &languages,
-                    const NotesBySubject &notes, const std::function<bool(const Variable &)> &shown,
-                    const std::function<void(const QString &)> &sink)
+                    const NotesBySubject &notes, const std::function<void(const QString &)> &sink)
 {
     sink(QStringLiteral("<table class=\"codebook\">\n") + QLatin1String(VariableHeader) + QStringLiteral("<tbody>\n"));
-    for (const Variable &v : variables) {
-        if (shown(v))
-            sink(variableRow(v, languages, notes.about(subjectsOf(v))));
-    }
+    for (const Variable &v : variables)
+        sink(variableRow(v, languages, notes.about(subjectsOf(v))));
     sink(QStringLiteral("</tbody></table>\n"));
 }
 
@@ -195,7 +191,7 @@ QString dictionaryTable(const Codebook &codebook, const NotesBySubject &notes)
         codebook.recordTypeLength() > 0
             ? QStringLiteral("columns %1\u2013%2")
                   .arg(codebook.recordTypeStart())
-                  .arg(codebook.recordTypeStart() + codebook.recordTypeLength() - 1)
+                  .arg(qint64(codebook.recordTypeStart()) + codebook.recordTypeLength() - 1)
             : QStringLiteral("none"));
     row(QStringLiteral("Positions"), codebook.relativePositions() ? QStringLiteral("relative") : QStringLiteral("absolute"));
     const QList<NoteRow> about = notes.about({codebook.name()});
@@ -241,7 +237,7 @@ InspectReport codebookLayout(const Codebook &codebook, const QSet<QString> &mark
     }
     for (const Variable &v : codebook.variables()) {
         FieldRow f;
-        f.name = v.occurrences > 1 ? QStringLiteral("%1 \u00d7%2").arg(v.name).arg(v.occurrences) : v.name;
+        f.name = v.occurrences > 1 ? QStringLiteral("%1 \u00d7%2").arg(v.name, QString::number(v.occurrences)) : v.name;
         f.label = v.labels.primary();
         f.start = v.start;
         f.size = v.isSubitem ? v.width : v.span();
@@ -273,11 +269,18 @@ void writeCodebookSection(const Codebook &codebook, const QList<NoteRow> &noteRo
 
     const QList<RecordDrawing> drawings = recordDrawingsOf(codebookLayout(codebook, marked));
     const int scale = rulerScale(drawings);
-    const bool hasIds = std::any_of(variables.begin(), variables.end(), [](const Variable &v) { return v.isId; });
-    if (hasIds) {
+    // Sorted out once, by record: a dictionary of many records is not read again for each.
+    QVector<Variable> ids;
+    QHash<QString, QVector<Variable>> byRecord;
+    for (const Variable &v : variables)
+        (v.isId ? ids : byRecord[v.record]).append(v);
+    QHash<QString, QList<int>> drawingsByRecord;
+    for (int i = 0; i < drawings.size(); ++i)
+        drawingsByRecord[drawings.at(i).name].append(i);
+    if (!ids.isEmpty()) {
         sink(QStringLiteral("<section class=\"record\">\n<h3>Identification items</h3>\n<p class=\"record-facts\">On "
                             "every record's line; drawn on each record's ruler.</p>\n"));
-        writeVariables(variables, languages, notes, [](const Variable &v) { return v.isId; }, sink);
+        writeVariables(ids, languages, notes, sink);
         sink(QStringLiteral("</section>\n"));
     }
     for (const Record &r : codebook.records()) {
@@ -285,12 +288,9 @@ void writeCodebookSection(const Codebook &codebook, const QList<NoteRow> &noteRo
         const QList<NoteRow> about = notes.about({r.name});
         if (!about.isEmpty())
             sink(notesHtml(about));
-        for (const RecordDrawing &d : drawings) {
-            if (d.name == r.name)
-                writeRulers(d, scale, sink);
-        }
-        writeVariables(variables, languages, notes, [&r](const Variable &v) { return !v.isId && v.record == r.name; },
-                       sink);
+        for (int i : drawingsByRecord.value(r.name))
+            writeRulers(drawings.at(i), scale, sink);
+        writeVariables(byRecord.value(r.name), languages, notes, sink);
         sink(QStringLiteral("</section>\n"));
     }
 }

@@ -2,6 +2,7 @@
 
 #include "TextOutput.h"
 
+#include <QHash>
 #include <QSet>
 #include <QVector>
 
@@ -20,14 +21,6 @@ bool hasColumnLayout(const InspectReport &report)
 }
 
 namespace {
-
-//! The identification items belong to every record's line; the others to the record they were read into.
-bool belongsTo(const FieldRow &f, const QString &record)
-{
-    if (f.identification)
-        return true;
-    return (f.record.isEmpty() ? f.group : f.record) == record;
-}
 
 //! Why a field has no columns to draw, or an empty text.
 QString whyNotDrawn(const FieldRow &f)
@@ -180,16 +173,16 @@ void addFieldBox(const FieldRow &f, RecordDrawing &drawing)
     drawing.end = qMax(drawing.end, box.end());
 }
 
-RecordDrawing drawingOf(const InspectReport &report, const QString &name, const QString &code, bool everyField)
+//! The drawing of record \a name from the fields at \a fieldIndexes of the report's fields, in that order.
+RecordDrawing drawingOf(const InspectReport &report, const QString &name, const QString &code,
+                        const QVector<int> &fieldIndexes)
 {
     RecordDrawing drawing;
     drawing.name = name;
     drawing.recordType = code;
     addRecordTypeBox(report.source, code, drawing);
-    for (const FieldRow &f : report.fields) {
-        if (everyField || belongsTo(f, name))
-            addFieldBox(f, drawing);
-    }
+    for (int i : fieldIndexes)
+        addFieldBox(report.fields.at(i), drawing);
     drawing.itemLanes = assignLanes(drawing.boxes);
     drawing.subItemLanes = assignLanes(drawing.subItems);
     drawing.marks = marksOf(drawing.boxes, drawing.end);
@@ -203,10 +196,29 @@ QList<RecordDrawing> recordDrawingsOf(const InspectReport &report)
     QList<RecordDrawing> drawings;
     if (!hasColumnLayout(report))
         return drawings;
-    for (const GroupRow &g : report.groups)
-        drawings.append(drawingOf(report, g.name, g.recordType, false));
+    // The fields sorted out by record once, in their order: a dictionary of
+    // many records is not read again for each. The identification fields
+    // belong to every record's line; the others to the record they were
+    // read into (or their group).
+    QVector<int> idFields;
+    QHash<QString, QVector<int>> recordFields;
+    QVector<int> everyField;
+    for (int i = 0; i < report.fields.size(); ++i) {
+        const FieldRow &f = report.fields.at(i);
+        everyField << i;
+        if (f.identification)
+            idFields << i;
+        else
+            recordFields[f.record.isEmpty() ? f.group : f.record] << i;
+    }
+    for (const GroupRow &g : report.groups) {
+        const QVector<int> own = recordFields.value(g.name);
+        QVector<int> fields(idFields.size() + own.size());
+        std::merge(idFields.cbegin(), idFields.cend(), own.cbegin(), own.cend(), fields.begin());
+        drawings.append(drawingOf(report, g.name, g.recordType, fields));
+    }
     if (report.groups.isEmpty() && !report.fields.isEmpty())
-        drawings.append(drawingOf(report, QString(), QString(), true));
+        drawings.append(drawingOf(report, QString(), QString(), everyField));
     return drawings;
 }
 
@@ -232,6 +244,7 @@ QList<ColumnBox> boxesWithin(const QList<ColumnBox> &boxes, qint64 first, qint64
 QList<RecordDrawing> wrappedDrawings(const RecordDrawing &drawing, qint64 columns)
 {
     QList<RecordDrawing> rulers;
+    columns = qMax<qint64>(columns, 1);
     for (qint64 first = drawing.first; first <= drawing.end; first += columns) {
         RecordDrawing ruler = drawing;
         ruler.first = first;
