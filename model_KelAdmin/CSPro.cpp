@@ -360,32 +360,24 @@ void TCSPro::checkOccurrences(const QStringList &section, const TCSProItem &item
     const int line = notes->fileLineOf(notes->readCommandLine(section, CMD_OCCURS));
     if (occurrences > MaxOccurrences) {
         notes->noteLimit(line, item.name,
-                  QStringLiteral("Item %1 has %2 occurrences, more than the %3 that are expanded; the reading "
-                                 "stops here with error 242.")
-                      .arg(item.name)
-                      .arg(occurrences)
-                      .arg(MaxOccurrences));
+                  kxtext::format(QStringLiteral("Item %1 has %2 occurrences, more than the %3 that are expanded; the "
+                                                "reading stops here with error 242."),
+                                 item.name, occurrences, MaxOccurrences));
         throw std::length_error("occurrence count out of range");
     }
     if (qint64(items->size()) + occurrences > qint64(MaxExpandedItems)) {
         notes->noteLimit(line, item.name,
-                  QStringLiteral("Item %1 with %2 occurrences would make more than %3 items; the reading stops "
-                                 "here with error 242.")
-                      .arg(item.name)
-                      .arg(occurrences)
-                      .arg(MaxExpandedItems));
+                  kxtext::format(QStringLiteral("Item %1 with %2 occurrences would make more than %3 items; the "
+                                                "reading stops here with error 242."),
+                                 item.name, occurrences, MaxExpandedItems));
         throw std::length_error("too many items after expansion");
     }
     if (copiesMade + occurrences > copyBudget) {
         notes->noteLimit(line, item.name,
-                  QStringLiteral("Item %1 with %2 occurrences would pass the %3 copies of repeated items that "
-                                 "this dictionary may expand to (%4 and one for every %5 characters of the "
-                                 "file); the reading stops here with error 242.")
-                      .arg(item.name)
-                      .arg(occurrences)
-                      .arg(copyBudget)
-                      .arg(MinCopyBudget)
-                      .arg(FileBytesPerCopy));
+                  kxtext::format(QStringLiteral("Item %1 with %2 occurrences would pass the %3 copies of repeated "
+                                                "items that this dictionary may expand to (%4 and one for every %5 "
+                                                "characters of the file); the reading stops here with error 242."),
+                                 item.name, occurrences, copyBudget, MinCopyBudget, FileBytesPerCopy));
         throw std::length_error("too many copies of repeated items");
     }
     const qint64 lastStart = qint64(item.start) + qint64(occurrences - 1) * qint64(item.len);

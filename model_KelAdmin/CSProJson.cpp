@@ -2,6 +2,7 @@
 
 #include "CSProCodeNotes_p.h"
 #include "KxConstants.h"
+#include "KxText_p.h"
 #include "KxTrace_p.h"
 
 #include <QFile>
@@ -251,10 +252,8 @@ void TCSProJson::readRepeatedItem(const QJsonObject &item, TCSProRecord *record,
     // copies whose start would leave int are not made.
     if (count > MaxOccurrences) {
         addReadNote(0, itemName, TReadNoteKind::LimitReached,
-                    QStringLiteral("Item %1 has %2 occurrences; the reading made only the first %3.")
-                        .arg(itemName)
-                        .arg(count)
-                        .arg(MaxOccurrences));
+                    kxtext::format(QStringLiteral("Item %1 has %2 occurrences; the reading made only the first %3."),
+                                   itemName, count, MaxOccurrences));
         count = MaxOccurrences;
     }
     const QString itemLabel = readLabel(item);
@@ -300,23 +299,17 @@ bool TCSProJson::mayMakeCopy(const QString &itemName, int copy)
     // A few bytes of "occurrences" must not turn into millions of objects.
     if (copiesMade >= copyBudget) {
         addReadNote(0, itemName, TReadNoteKind::LimitReached,
-                    QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the dictionary "
-                                   "made the %3 copies of repeated items it may expand to (%4 and one for every "
-                                   "%5 bytes of the file).")
-                        .arg(itemName)
-                        .arg(copy)
-                        .arg(copyBudget)
-                        .arg(MinCopyBudget)
-                        .arg(FileBytesPerCopy));
+                    kxtext::format(QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the "
+                                                  "dictionary made the %3 copies of repeated items it may expand to "
+                                                  "(%4 and one for every %5 bytes of the file)."),
+                                   itemName, copy, copyBudget, MinCopyBudget, FileBytesPerCopy));
         return false;
     }
     if (items->size() >= MaxExpandedItems) {
         addReadNote(0, itemName, TReadNoteKind::LimitReached,
-                    QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the dictionary "
-                                   "reached %3 items.")
-                        .arg(itemName)
-                        .arg(copy)
-                        .arg(MaxExpandedItems));
+                    kxtext::format(QStringLiteral("Item %1: the reading stopped making its copies at copy %2, as the "
+                                                  "dictionary reached %3 items."),
+                                   itemName, copy, MaxExpandedItems));
         return false;
     }
     return true;
@@ -334,11 +327,10 @@ void TCSProJson::readCopyValueSet(TCSProItem *copy, const QJsonObject &item, boo
     if (!valueSetBudgetNoted) {
         valueSetBudgetNoted = true;
         addReadNote(0, item.value(QStringLiteral("name")).toString(), TReadNoteKind::LimitReached,
-                    QStringLiteral("Value sets of repeated items passed %1 entries in all: from copy %2 of "
-                                   "item %3 on, the copies share the value set of their first copy.")
-                        .arg(MaxValueSetEntries)
-                        .arg(copy->name.mid(copy->name.lastIndexOf(UNDERSCORE) + 1))
-                        .arg(item.value(QStringLiteral("name")).toString()));
+                    kxtext::format(QStringLiteral("Value sets of repeated items passed %1 entries in all: from copy %2 "
+                                                  "of item %3 on, the copies share the value set of their first copy."),
+                                   MaxValueSetEntries, copy->name.mid(copy->name.lastIndexOf(UNDERSCORE) + 1),
+                                   item.value(QStringLiteral("name")).toString()));
     }
     copy->addValueSet(firstValueSet);
 }
@@ -429,9 +421,9 @@ TValueSetItem *TCSProJson::readValue(const QJsonObject &jsonValue, const QString
         const QJsonObject pair = pairs.toArray().first().toObject();
         if (withNotes && pairs.toArray().size() > 1)
             addReadNote(0, valueSetName, TReadNoteKind::FirstPairOnly,
-                        QStringLiteral("Value set %1: the value '%2' has %3 pairs, and the reading kept the first.")
-                            .arg(valueSetName, readLabel(jsonValue))
-                            .arg(pairs.toArray().size()));
+                        kxtext::format(QStringLiteral("Value set %1: the value '%2' has %3 pairs, and the reading kept "
+                                                      "the first."),
+                                       valueSetName, readLabel(jsonValue), pairs.toArray().size()));
         const QJsonValue range = pair.value(QStringLiteral("range"));
         if (pair.contains(QStringLiteral("value"))) {
             code = pair.value(QStringLiteral("value")).toString();
@@ -475,9 +467,9 @@ void TCSProJson::noteItem(const QJsonObject &item, int start, const QJsonValue &
                         .arg(itemName, decimals == 1 ? QStringLiteral("1 decimal")
                                                      : QStringLiteral("%1 decimals").arg(decimals)));
     if (noteKeys.subitem && item.value(QStringLiteral("subitem")).toBool(false)) {
-        QString where = QStringLiteral("Item %1 is a subitem; the reading made it an item of its own at column %2")
-                            .arg(itemName)
-                            .arg(start);
+        QString where = kxtext::format(QStringLiteral("Item %1 is a subitem; the reading made it an item of its own at "
+                                                      "column %2"),
+                                       itemName, start);
         if (item.contains(QStringLiteral("subitemOffset")))
             where += QStringLiteral(" (its offset %1 within its parent is not read)")
                          .arg(item.value(QStringLiteral("subitemOffset")).toInt(0));
@@ -493,9 +485,8 @@ void TCSProJson::noteOccurrenceLabels(const QString &what, const QString &subjec
     if (!labels.isArray() || labels.toArray().isEmpty())
         return;
     addReadNote(0, subject, TReadNoteKind::OccurrenceLabelsNotRead,
-                QStringLiteral("%1 %2 has %3 occurrence labels; the reading does not keep them.")
-                    .arg(what, subject)
-                    .arg(labels.toArray().size()));
+                kxtext::format(QStringLiteral("%1 %2 has %3 occurrence labels; the reading does not keep them."),
+                               what, subject, labels.toArray().size()));
 }
 
 void TCSProJson::noteLink(const QJsonObject &jsonValueSet, const TCSProValueSet *valueSet)
@@ -514,11 +505,9 @@ void TCSProJson::noteFurtherValueSets(const QJsonObject &jsonItem, const QJsonAr
     for (int i = 1; i < sets.size(); ++i) {
         const QString setName = sets.at(i).toObject().value(QStringLiteral("name")).toString();
         addReadNote(0, setName, TReadNoteKind::ValueSetDropped,
-                    QStringLiteral("Value set %1 dropped: item %2 has %3 value sets, and only the first, %4, is "
-                                   "read.")
-                        .arg(setName, jsonItem.value(QStringLiteral("name")).toString())
-                        .arg(sets.size())
-                        .arg(kept));
+                    kxtext::format(QStringLiteral("Value set %1 dropped: item %2 has %3 value sets, and only the "
+                                                  "first, %4, is read."),
+                                   setName, jsonItem.value(QStringLiteral("name")).toString(), sets.size(), kept));
     }
 }
 
@@ -680,11 +669,10 @@ void TCSProJson::noteValueCodes(const QJsonObject &jsonValue, const QString &val
 void TCSProJson::noteStartsFromColumnOne(const QString &subject, const QString &what, int cspro)
 {
     addReadNote(0, subject, TReadNoteKind::StartNotRelative,
-                QStringLiteral("%1 give no \"start\" and the dictionary uses relative positions: CSPro lays them "
-                               "out from column %2, after the record type and the identification items; the "
-                               "reading lays them out from column 1.")
-                    .arg(what)
-                    .arg(cspro));
+                kxtext::format(QStringLiteral("%1 give no \"start\" and the dictionary uses relative positions: CSPro "
+                                              "lays them out from column %2, after the record type and the "
+                                              "identification items; the reading lays them out from column 1."),
+                               what, cspro));
 }
 
 void TCSProJson::noteNumber(const QJsonObject &object, const QString &key, const QString &itemName, int kept)
@@ -699,10 +687,9 @@ void TCSProJson::noteNumber(const QJsonObject &object, const QString &key, const
                                              : QStringLiteral("a %1").arg(value.isString() ? QStringLiteral("text")
                                                                                            : QStringLiteral("non-number"));
     addReadNote(0, itemName, TReadNoteKind::NumberOutOfRange,
-                QStringLiteral("Item %1: \"%2\" is %3, no whole number from 0 to %4; the reading kept %5.")
-                    .arg(itemName, key, written)
-                    .arg(std::numeric_limits<int>::max())
-                    .arg(kept));
+                kxtext::format(QStringLiteral("Item %1: \"%2\" is %3, no whole number from 0 to %4; the reading kept "
+                                              "%5."),
+                               itemName, key, written, std::numeric_limits<int>::max(), kept));
 }
 
 void TCSProJson::noteSubitem(const QJsonObject &jsonItem, const QString &itemName)
@@ -719,11 +706,9 @@ void TCSProJson::noteSubitem(const QJsonObject &jsonItem, const QString &itemNam
     if (parentOccurrences < 2 || jsonItem.value(QStringLiteral("occurrences")).isObject())
         return;
     addReadNote(0, itemName, TReadNoteKind::SubitemOccurrencesOnce,
-                QStringLiteral("Subitem %1 lies in item %2, which has %3 occurrences: CSPro gives it once per "
-                               "occurrence, every %4 columns; the reading gives it once.")
-                    .arg(itemName, parentName)
-                    .arg(parentOccurrences)
-                    .arg(parentLength));
+                kxtext::format(QStringLiteral("Subitem %1 lies in item %2, which has %3 occurrences: CSPro gives it "
+                                              "once per occurrence, every %4 columns; the reading gives it once."),
+                               itemName, parentName, parentOccurrences, parentLength));
 }
 
 void TCSProJson::noteItemShape(const QJsonObject &jsonItem, const TCSProItem &item, const QString &itemName)
@@ -734,20 +719,18 @@ void TCSProJson::noteItemShape(const QJsonObject &jsonItem, const TCSProItem &it
     if (type >= 2) {
         const QString content = contentTypes().at(type);
         addReadNote(0, itemName, TReadNoteKind::BinaryItemAsNumber,
-                    QStringLiteral("Item %1 holds %2 content, which takes no columns of the data file; the reading "
-                                   "made it a numeric field of length %3 at column %4.")
-                        .arg(itemName, content)
-                        .arg(item.len)
-                        .arg(item.start));
+                    kxtext::format(QStringLiteral("Item %1 holds %2 content, which takes no columns of the data file; "
+                                                  "the reading made it a numeric field of length %3 at column %4."),
+                                   itemName, content, item.len, item.start));
         return;
     }
     const int decimals = noteKeys.decimals ? jsonItem.value(QStringLiteral("decimals")).toInt(0) : 0;
     if (item.isAlpha == 0 && decimals == 0 && item.len > 9)
         addReadNote(0, itemName, TReadNoteKind::WideIntegerAsReal,
-                    QStringLiteral("Item %1 is a whole number of %2 digits; the reading types it REAL (field type "
-                                   "2, decimals 0), as every numeric item longer than 9 digits.")
-                        .arg(itemName)
-                        .arg(item.len));
+                    kxtext::format(QStringLiteral("Item %1 is a whole number of %2 digits; the reading types it REAL "
+                                                  "(field type 2, decimals 0), as every numeric item longer than 9 "
+                                                  "digits."),
+                                   itemName, item.len));
     noteCodes(item);
 }
 

@@ -220,21 +220,17 @@ void TCSProTextNotes::noteFirstItemCopies(const TCSProValueSet *valueSet)
         || q.currentItem != q.items->at(firstItemCopies - 1))
         return;
     q.addReadNote(sectionHeaderIndex + 1, firstItemName, TReadNoteKind::OccurrenceValueSet,
-                QStringLiteral("Item %1 is the dictionary's first item and has %2 occurrences; only its last "
-                               "copy gets value set %3, the other %4 copies get none.")
-                    .arg(firstItemName)
-                    .arg(firstItemCopies)
-                    .arg(valueSet->name)
-                    .arg(firstItemCopies - 1));
+                kxtext::format(QStringLiteral("Item %1 is the dictionary's first item and has %2 occurrences; only its "
+                                              "last copy gets value set %3, the other %4 copies get none."),
+                               firstItemName, firstItemCopies, valueSet->name, firstItemCopies - 1));
 }
 
 void TCSProTextNotes::noteUndecodableLine(int line, const QString &text)
 {
     q.addReadNote(line, text.trimmed(), TReadNoteKind::UndecodableText,
-                QStringLiteral("Line %1 holds bytes that are not valid text; the reading kept a replacement "
-                               "character (U+FFFD) in their place: '%2'.")
-                    .arg(line)
-                    .arg(text.trimmed()));
+                kxtext::format(QStringLiteral("Line %1 holds bytes that are not valid text; the reading kept a "
+                                              "replacement character (U+FFFD) in their place: '%2'."),
+                               line, text.trimmed()));
 }
 
 void TCSProTextNotes::noteCarriageReturns(QFile &file, const QStringList &linesRead)
@@ -260,10 +256,9 @@ void TCSProTextNotes::noteCarriageReturns(QFile &file, const QStringList &linesR
         lastNoted = line;
         const QString text = linesRead.at(line - 1).trimmed();
         q.addReadNote(line, text, TReadNoteKind::CarriageReturnDropped,
-                      QStringLiteral("Line %1 holds a carriage return that does not end it; the reading drops it: "
-                                     "'%2'.")
-                          .arg(line)
-                          .arg(text));
+                      kxtext::format(QStringLiteral("Line %1 holds a carriage return that does not end it; the reading "
+                                                    "drops it: '%2'."),
+                                     line, text));
     }
     file.unmap(const_cast<uchar *>(bytes));
 }
@@ -332,11 +327,10 @@ void TCSProTextNotes::noteItem(const QStringList &section, const TCSProItem &ite
     if (item.isAlpha == 0 && item.decimal == 0 && item.len > 9) {
         const QString line = ownCommandLine(section, CMD_LEN);
         q.addReadNote(fileLineOf(line), item.name, TReadNoteKind::WideIntegerAsReal,
-                      QStringLiteral("Item %1 is a whole number of %2 digits ('%3'); the reading types it REAL "
-                                     "(field type 2, decimals 0), as every numeric item longer than 9 digits.")
-                          .arg(item.name)
-                          .arg(item.len)
-                          .arg(line));
+                      kxtext::format(QStringLiteral("Item %1 is a whole number of %2 digits ('%3'); the reading types "
+                                                    "it REAL (field type 2, decimals 0), as every numeric item longer "
+                                                    "than 9 digits."),
+                                     item.name, item.len, line));
     }
 }
 
@@ -397,11 +391,11 @@ void TCSProTextNotes::noteOccurrenceNames(const QStringList &section, const TCSP
         return;
     const QString line = ownCommandLine(section, CMD_OCCURS);
     q.addReadNote(fileLineOf(line), item.name, TReadNoteKind::OccurrenceNameControl,
-                  QStringLiteral("Item %1 has %2 occurrences; the reading names their fields %1_ followed by "
-                                 "the character of code 1 to %2 (U+0001 to U+%3), not %1_1 to %1_%2.")
-                      .arg(item.name)
-                      .arg(item.occurrences)
-                      .arg(QString::number(item.occurrences, 16).toUpper().rightJustified(4, QLatin1Char('0'))));
+                  kxtext::format(QStringLiteral("Item %1 has %2 occurrences; the reading names their fields %1_ "
+                                                "followed by the character of code 1 to %2 (U+0001 to U+%3), not %1_1 "
+                                                "to %1_%2."),
+                                 item.name, item.occurrences,
+                                 QString::number(item.occurrences, 16).toUpper().rightJustified(4, QLatin1Char('0'))));
 }
 
 void TCSProTextNotes::noteSubitem(const TCSProItem &item)
@@ -416,14 +410,10 @@ void TCSProTextNotes::noteSubitem(const TCSProItem &item)
         return;
     const qint64 lastStart = qint64(item.start) + qint64(parentOccurrences - 1) * parentLength;
     q.addReadNote(sectionHeaderIndex + 1, item.name, TReadNoteKind::SubitemOccurrencesOnce,
-                  QStringLiteral("Subitem %1 lies in item %2, which has %3 occurrences: CSPro gives it once per "
-                                 "occurrence, at columns %4 to %5 every %6 columns; the reading gives it once, "
-                                 "at column %4.")
-                      .arg(item.name, parentName)
-                      .arg(parentOccurrences)
-                      .arg(item.start)
-                      .arg(lastStart)
-                      .arg(parentLength));
+                  kxtext::format(QStringLiteral("Subitem %1 lies in item %2, which has %3 occurrences: CSPro gives it "
+                                                "once per occurrence, at columns %4 to %5 every %6 columns; the "
+                                                "reading gives it once, at column %4."),
+                                 item.name, parentName, parentOccurrences, item.start, lastStart, parentLength));
 }
 
 void TCSProTextNotes::noteIdItem(const TCSProItem &item)
@@ -431,11 +421,9 @@ void TCSProTextNotes::noteIdItem(const TCSProItem &item)
     if (!inIdItems || q.currentRecord == q.commonRecord)
         return;
     q.addReadNote(sectionHeaderIndex + 1, item.name, TReadNoteKind::IdItemInRecordGroup,
-                  QStringLiteral("Item %1 is an identification item of level %2; the reading puts it in record %3, "
-                                 "the record read before it, and so in that record's group.")
-                      .arg(item.name)
-                      .arg(levels)
-                      .arg(q.currentRecord->name));
+                  kxtext::format(QStringLiteral("Item %1 is an identification item of level %2; the reading puts it in "
+                                                "record %3, the record read before it, and so in that record's group."),
+                                 item.name, levels, q.currentRecord->name));
 }
 
 void TCSProTextNotes::noteAttachedValueSet(const QStringList &section, const TCSProValueSet *valueSet)

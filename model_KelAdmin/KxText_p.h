@@ -72,6 +72,19 @@ inline QString numberG6(double v)
     return QString::number(v, 'g', 6);
 }
 
+inline QString formatArg(const QString &text) { return text; }
+inline QString formatArg(int n) { return QString::number(n); }
+inline QString formatArg(qint64 n) { return QString::number(n); }
+
+/*! \a pattern with its %1, %2 ... replaced by \a args (texts and whole
+ * numbers) in one pass: a name read from a file that holds "%2" stays as it
+ * is, where QString::arg() called once per argument would replace inside it. */
+template <typename... Args>
+QString format(const QString &pattern, const Args &...args)
+{
+    return pattern.arg(formatArg(args)...);
+}
+
 } // namespace kxtext
 
 #endif // KXTEXT_P_H

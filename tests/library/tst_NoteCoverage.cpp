@@ -177,6 +177,18 @@ TEST_F(NoteCoverage, WideWholeNumberTypedReal)
                       QStringLiteral("type"));
 }
 
+TEST_F(NoteCoverage, ANameHoldingAPlaceholderIsQuotedAsItStands)
+{
+    // "%2" in the name is the file's text, not a place for the note's next value.
+    const Dictionary d = textDictionary({"[Item]", "Name=PHONE%2", "Start=5", "Len=12"});
+    const CoverageReport report = coverageOf(d.bytes, ".dcf");
+    EXPECT_TRUE(report.notes.contains(
+        note(d.firstItemLine + 3, "PHONE%2", "wide-integer-as-real",
+             QStringLiteral("Item PHONE%2 is a whole number of 12 digits ('Len=12'); the reading types it REAL "
+                            "(field type 2, decimals 0), as every numeric item longer than 9 digits."))))
+        << describeNotes(report.notes);
+}
+
 TEST_F(NoteCoverage, NoRecordTypeGivesNoGroup)
 {
     const Dictionary d = textDictionary({"[Item]", "Name=AGE", "Start=5", "Len=2"},
