@@ -820,7 +820,7 @@ bool JsonDictionaryReader::fillMissingValues(QVector<Variable> *variables, Error
                     *error = failure(Error::LimitReached, m_fileName,
                                      QStringLiteral("item \"%1\": linked value sets repeat more than %2 "
                                                     "missing values in all")
-                                         .arg(variable.name).arg(kMaxCopiedMissingValues));
+                                         .arg(variable.name, QString::number(kMaxCopiedMissingValues)));
                     return false;
                 }
             }

@@ -887,6 +887,18 @@ TEST(InspectHtmlLayout, ListsFieldsWithoutColumnsInsteadOfDrawingThem)
     EXPECT_EQ(drawings.at(1).end, 3); // the code and ID only
 }
 
+TEST(InspectHtmlLayout, ANameHoldingAPlaceholderIsNamedAsItStands)
+{
+    InspectReport report = columnsReport();
+    report.fields[1].name = QStringLiteral("A%2");
+    report.fields[1].size = 0;
+    const QList<RecordDrawing> drawings = recordDrawingsOf(report);
+    QStringList notDrawn;
+    for (const RecordDrawing &d : drawings)
+        notDrawn += d.notDrawn;
+    EXPECT_TRUE(notDrawn.contains(QStringLiteral("A%2: length 0"))) << notDrawn.join(QLatin1String(" | ")).toStdString();
+}
+
 // 100,000 items on the same column: each needs a row of its own, and the
 // one overlap names them all. Drawing them is O(n log n): well within a
 // generous bound even in a sanitizer build (about 1 s for the whole page in

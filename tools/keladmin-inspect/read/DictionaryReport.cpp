@@ -179,7 +179,7 @@ QString readStatProblemOf(TDataImport &importer)
     const auto *readStat = dynamic_cast<const Importer *>(&importer);
     if (!readStat || readStat->getParseError() == 0)
         return QString();
-    return QStringLiteral("ReadStat: %1 (error %2)").arg(readStat->getParseErrorText()).arg(readStat->getParseError());
+    return QStringLiteral("ReadStat: %1 (error %2)").arg(readStat->getParseErrorText(), QString::number(readStat->getParseError()));
 }
 
 QString readStatProblem(TDataImport &importer)

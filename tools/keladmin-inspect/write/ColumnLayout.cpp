@@ -26,11 +26,11 @@ namespace {
 QString whyNotDrawn(const FieldRow &f)
 {
     if (f.size < 1)
-        return QStringLiteral("%1: length %2").arg(printable(f.name)).arg(f.size);
+        return QStringLiteral("%1: length %2").arg(printable(f.name), QString::number(f.size));
     if (f.start < 1)
-        return QStringLiteral("%1: start %2, before column 1").arg(printable(f.name)).arg(f.start);
+        return QStringLiteral("%1: start %2, before column 1").arg(printable(f.name), QString::number(f.start));
     if (qint64(f.start) + f.size - 1 > MaxDrawnColumn)
-        return QStringLiteral("%1: ends after column %2").arg(printable(f.name)).arg(MaxDrawnColumn);
+        return QStringLiteral("%1: ends after column %2").arg(printable(f.name), QString::number(MaxDrawnColumn));
     return QString();
 }
 
